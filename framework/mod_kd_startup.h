@@ -18,6 +18,9 @@ struct Globals {
     com::ComPtr<IKDLogger> logger;
     std::string build;  // "major.minor.revision" of the library
     com::ComPtr<IKDResourceStrings> resources;
+
+    // True until start-up has created anything on this thread.
+    bool Empty() const { return !logger && build.empty() && !resources; }
 };
 
 // This thread's globals (empty until kdMain ran on the thread).
@@ -42,5 +45,10 @@ void ReportError(std::string& message, std::string& source, bool raise, int32_t 
 // source "kdVqUpgraders". Raises again when raise is true and level is 1.
 void HandleFailure(const std::string& tag, bool raise = true, int32_t level = 1, int32_t line = 0,
                    const std::string& extra = "");
+
+// Reports the failure in flight (call only inside a catch block) with a
+// message the caller composed whole, source "kdVqUpgraders"; line is the
+// number of the failing step (0 when the routine numbers none).
+void ReportFailure(std::string message, bool raise, int32_t level, int32_t line = 0);
 
 }  // namespace kdvq

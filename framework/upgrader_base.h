@@ -37,6 +37,7 @@ protected:
     // className: the registered name; tagName: the class name that the
     // error tags carry (differs for a few classes).
     UpgraderBase(std::string className, std::string tagName);
+    ~UpgraderBase() override;
 
     // ---- hooks, each run inside its member's handler ----
     // Default: TakeLogin, then IsEnabledFor(version).
@@ -89,6 +90,9 @@ protected:
     ConnectionPtr connection_;
     std::string prefix_;
     CallbackPtr callback_;
+    // The last numbered step an Execute that numbers its steps reached; its
+    // failure report names it ("Error at line: "). 0: no numbered step.
+    int32_t executeLine_ = 0;
 
 private:
     std::string className_;

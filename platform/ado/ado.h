@@ -10,6 +10,14 @@
 #include "platform/automation/variant.h"
 #include "platform/com/unknown.h"
 
+// The C library's EOF macro would turn Recordset::EOF() into "(-1)()". The
+// data-access objects take the name, as Basic callers know it; code that
+// includes this header and needs the C value uses
+// std::char_traits<char>::eof().
+#ifdef EOF
+#undef EOF
+#endif
+
 namespace ado {
 
 using automation::Variant;
@@ -29,6 +37,7 @@ enum AdoErrorNumber : int32_t {
     adErrItemNotFound = 3265,                                   // no field of that name
     adErrObjectClosed = 3704,                                   // operation not allowed when closed
     adErrObjectOpen = 3705,                                     // operation not allowed when open
+    adErrInvalidConnection = 3709,                              // connection closed or not usable here
     adErrFeatureNotAvailable = 3251,                            // provider does not support the operation
     adErrIllegalOperation = 3219,                               // operation not allowed in this context
     adErrInvalidArgument = 3001,                                // arguments of the wrong type / out of range
@@ -85,6 +94,10 @@ public:
     // Opens from a connection string: a path to a SQLite file, or
     // "sqlite:PATH", or "odbc:<ODBC connection string>" when the ODBC
     // provider is built in. Raises on failure (Errors filled).
+    // A SQLite file must exist; "sqlite:PATH?mode=create" creates a missing
+    // file (for tools that make new databases) and "sqlite:PATH?mode=ro"
+    // opens read-only without touching the file. Read-write opens switch
+    // the file to write-ahead logging.
     void Open(const std::string& connectionString);
     // Opens over a provider made by the caller (the scripted provider).
     void OpenWith(std::unique_ptr<Provider> provider);

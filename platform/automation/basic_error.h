@@ -19,6 +19,12 @@ enum BasicErrorNumber : int32_t {
     kErrKeyAlreadyExists = 457,
     kErrInvalidProcedureCall = 5,
     kErrObjectVariableNotSet = 91,
+    // Raised by the component runtime and the Dictionary.
+    kErrDllLoad = 48,
+    kErrPathFileAccess = 75,
+    kErrInvalidFileFormat = 321,
+    kErrDllEntryPoint = 453,
+    kErrElementNotFound = 32811,
 };
 
 class BasicError : public std::runtime_error {

@@ -20,21 +20,40 @@ HRESULT SetErrorInfo(const ErrorInfo& info);
 // Takes (and clears) the failure stored for this thread.
 ErrorInfo TakeErrorInfo();
 
+// Stores the exception in flight (call only inside a catch block) as this
+// thread's error info and returns the failed result for it.
+HRESULT SetCurrentErrorInfo();
+
+// Runs body, which returns its own result; an exception becomes a failed
+// HRESULT with the error info set.
+template <class F>
+HRESULT GuardResult(F&& body) noexcept {
+    try {
+        return body();
+    } catch (...) {
+        return SetCurrentErrorInfo();
+    }
+}
+
 // Runs body; a BasicError (or any exception) becomes a failed HRESULT with
 // the error info set. Used at every interface boundary a component exposes.
 template <class F>
 HRESULT Guard(F&& body) noexcept {
-    try {
+    return GuardResult([&]() -> HRESULT {
         body();
         return S_OK;
-    } catch (...) {
-        automation::BasicError e = automation::CurrentError();
-        return SetErrorInfo({e.Number(), e.Source(), e.Description()});
-    }
+    });
 }
 
 // What a Basic caller does with a failed call: raise the stored failure.
 // A failed HRESULT without error info is raised with the HRESULT's number.
+// Stored info is used only when it was stored for this very HRESULT, so a
+// stale failure never masquerades as a later one.
 void Check(HRESULT hr);
+
+// A readable description of a failure result: Basic's standard description
+// for its own numbers, a short text for the runtime's results, otherwise
+// "Automation error".
+std::string DescribeHResult(HRESULT hr);
 
 }  // namespace com

@@ -2,8 +2,10 @@
 // The component runtime: class objects registered by the hosting process,
 // a registry of classes kept in a file, component categories, and creation
 // of a class by its identifier (loading the implementing library on demand).
+#include <atomic>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/com/guid.h"
@@ -18,8 +20,14 @@ unsigned long RegisterClassObject(REFCLSID clsid, IClassFactory* factory);
 void RevokeClassObject(unsigned long cookie);
 
 // A factory that makes objects with a plain function (the common case).
+// An exception from create becomes a failed result with error info set.
 using CreateFunction = std::function<HRESULT(REFIID iid, void** out)>;
-ComPtr<IClassFactory> MakeClassFactory(CreateFunction create);
+// The factory and its server locks count against the module given.
+ComPtr<IClassFactory> MakeClassFactoryFor(CreateFunction create, std::atomic<long>& moduleCount);
+// The factory counts against the calling module.
+KDVQ_MODULE_LOCAL inline ComPtr<IClassFactory> MakeClassFactory(CreateFunction create) {
+    return MakeClassFactoryFor(std::move(create), detail::ThisModuleCount());
+}
 
 // ---- creation ---------------------------------------------------------------
 // Creates clsid, asking for iid: first from the process's own class objects,
@@ -61,9 +69,12 @@ std::string RegistryPath();
 
 class Registry {
 public:
-    // Reads the registry file (a missing file is an empty registry).
+    // Reads the registry file (a missing file is an empty registry). An
+    // unreadable or malformed file raises a BasicError naming the file and
+    // the offending line.
     static Registry Load();
-    // Writes it back atomically.
+    // Writes it back atomically (a temporary file renamed over the old one),
+    // creating its directory when needed; raises a BasicError on failure.
     void Save() const;
 
     // Adds or replaces a class; a class keeps its position when replaced so
@@ -75,15 +86,23 @@ public:
     void UnregisterInterface(REFIID iid);
 
     const ClassRegistration* Find(REFCLSID clsid) const;
+    // ProgIDs compare without regard to case.
     const ClassRegistration* FindByProgId(const std::string& progId) const;
     // Classes that implement the category, in registration order.
     std::vector<ClassRegistration> ClassesOfCategory(const GUID& category) const;
     const std::vector<ClassRegistration>& Classes() const { return classes_; }
 
+    struct InterfaceRegistration {
+        IID iid;
+        std::string name;
+        std::string libraryPath;
+    };
+    const InterfaceRegistration* FindInterface(REFIID iid) const;
+    const std::vector<InterfaceRegistration>& Interfaces() const { return interfaces_; }
+
 private:
     std::vector<ClassRegistration> classes_;
-    struct InterfaceEntry { IID iid; std::string name; std::string libraryPath; };
-    std::vector<InterfaceEntry> interfaces_;
+    std::vector<InterfaceRegistration> interfaces_;
 };
 
 // Loads a library and calls its DllRegisterServer / DllUnregisterServer.

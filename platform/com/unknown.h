@@ -4,7 +4,9 @@
 // interface's own operations after them.
 #include <atomic>
 #include <cstdint>
+#include <cstddef>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "platform/com/guid.h"
@@ -54,6 +56,13 @@ struct IClassFactory : IUnknown {
     virtual HRESULT LockServer(bool lock) = 0;
 };
 
+template <class I>
+struct InterfaceId;  // specialise: static const IID& Get();
+template <>
+struct InterfaceId<IClassFactory> {
+    static const IID& Get() { return IID_IClassFactory; }
+};
+
 // Intrusive smart pointer over AddRef/Release.
 template <class T>
 class ComPtr {
@@ -96,24 +105,46 @@ private:
     T* p_ = nullptr;
 };
 
-// Counts objects alive in a module so that DllCanUnloadNow can answer.
+// Code compiled into one module (a shared library or the executable) and
+// never shared with or interposed by another module, so that each module
+// counts its own objects.
+#define KDVQ_MODULE_LOCAL __attribute__((visibility("hidden")))
+
+namespace detail {
+// The counter of the module whose code calls this: the function is hidden,
+// so every module has its own copy and its own static.
+KDVQ_MODULE_LOCAL inline std::atomic<long>& ThisModuleCount() {
+    static std::atomic<long> count{0};
+    return count;
+}
+}  // namespace detail
+
+// Counts objects alive and server locks in a module so that DllCanUnloadNow
+// can answer. The count is the calling module's own.
 class ModuleLock {
 public:
-    static void Increment();
-    static void Decrement();
-    static long Count();
+    KDVQ_MODULE_LOCAL static void Increment() { ++detail::ThisModuleCount(); }
+    KDVQ_MODULE_LOCAL static void Decrement() { --detail::ThisModuleCount(); }
+    KDVQ_MODULE_LOCAL static long Count() { return detail::ThisModuleCount().load(); }
 };
 
 // Base for an object implementing IUnknown for a list of interfaces.
-// The derived class answers QueryInterface through FindInterface.
+// An object counts against the module whose code constructed it, and
+// uncounts from the same counter whichever module's code destroys it.
 class ComObjectBase {
 public:
-    ComObjectBase() { ModuleLock::Increment(); }
-    virtual ~ComObjectBase() { ModuleLock::Decrement(); }
+    KDVQ_MODULE_LOCAL ComObjectBase() : ComObjectBase(detail::ThisModuleCount()) {}
+    virtual ~ComObjectBase() { --*moduleCount_; }
     ComObjectBase(const ComObjectBase&) = delete;
     ComObjectBase& operator=(const ComObjectBase&) = delete;
 
 protected:
+    // For objects made on behalf of another module (a class factory made by
+    // the runtime for a library counts against that library).
+    explicit ComObjectBase(std::atomic<long>& moduleCount) : moduleCount_(&moduleCount) { ++moduleCount; }
+    std::atomic<long>& ModuleCount() const { return *moduleCount_; }
+
+
     ULONG InternalAddRef() { return ++refs_; }
     ULONG InternalRelease() {
         ULONG r = --refs_;
@@ -122,6 +153,7 @@ protected:
     }
 
 private:
+    std::atomic<long>* moduleCount_;
     std::atomic<ULONG> refs_{0};
 };
 

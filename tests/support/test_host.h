@@ -40,7 +40,9 @@ private:
 // the library creates (logger, resource strings, category service, input
 // box, registry component and, unless disabled, the probe), and runs the
 // library's start-up routine on the calling thread when it has not run yet.
-// Destroying it revokes them. One TestHost per test.
+// It also forgets the thread's supported-extension cache, so that every test
+// starts as a freshly started host would. Destroying it revokes the class
+// objects. One TestHost per test.
 class TestHost {
 public:
     TestHost();
@@ -91,9 +93,13 @@ private:
     std::string path_;
 };
 
-// Opens a SQLite database file through the native provider.
+// Opens a SQLite database file through the native provider, creating the
+// file when it does not exist yet.
 com::ComPtr<ado::Connection> OpenSqlite(const std::string& path);
 // Runs statements (separated by ";\n") straight on a connection.
 void ExecAll(ado::Connection* connection, const std::string& statements);
+// The rows a query answers, one text per row: the values as
+// Variant::Describe writes them, joined with "|" (e.g. "1206|'ABC'|Null").
+std::vector<std::string> QueryRows(ado::Connection* connection, const std::string& sql);
 
 }  // namespace kdvq::testing

@@ -1,0 +1,116 @@
+// upgrade: runs every upgrader that applies, pass after pass, on one
+// repository.
+#include <unistd.h>
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/bad_input.h"
+#include "host/commands.h"
+#include "host/console.h"
+#include "host/host_session.h"
+#include "host/json_reports.h"
+#include "host/library_registration.h"
+#include "host/login.h"
+#include "host/progress_callback.h"
+#include "host/repository_check.h"
+#include "host/repository_connection.h"
+#include "host/repository_versions.h"
+#include "host/run_lock.h"
+#include "host/run_presenter.h"
+
+namespace kdhost {
+
+namespace {
+
+struct UpgradeOptions {
+    std::string db;
+    std::string prefix;
+    std::string databaseId;
+    CLI::Option* databaseIdOption = nullptr;  // whether --database-id was given
+    std::vector<std::string> settings;
+    std::string log;
+    bool json = false;
+};
+
+std::string DefaultLogPath(const Target& target) {
+    return target.IsFile() ? target.path + ".log" : "kdvq-upgrade.log";
+}
+
+int RunUpgradeCommand(const UpgradeOptions& options) {
+    Target target = ParseTarget(options.db);
+    if (target.IsFile()) CheckRepositoryFile(target.path);
+    std::unique_ptr<RunLock> lock = RunLock::Acquire(target);
+    if (target.IsFile()) CheckRepositoryDatabase(target.path, options.prefix, true);
+
+    // With --json the document alone goes to the standard output.
+    std::FILE* out = options.json ? stderr : stdout;
+    Console console(out, ::isatty(::fileno(out)) != 0);
+    std::string logPath = options.log.empty() ? DefaultLogPath(target) : options.log;
+    std::optional<std::string> databaseId;
+    if (options.databaseIdOption->count() > 0) databaseId = options.databaseId;
+    HostSession host({logPath, databaseId, options.settings, &console});
+    std::vector<UpgraderClassInfo> classes = UpgraderClasses(true);
+
+    com::ComPtr<ado::Connection> connection = OpenRepository(target, options.prefix, false);
+    RepositoryVersions before = ReadVersions(connection.Get(), options.prefix);
+    console.Line("Upgrading " + target.text);
+    console.Line("Versions before: " + DescribeVersions(before));
+    host.Log().Write("kdvq-upgrade: upgrade of " + target.text + " started; versions " + DescribeVersions(before),
+                     kLogInformation);
+
+    RunResult run;
+    {
+        com::ComPtr<Login> login = Login::Create(connection, options.prefix);
+        com::ComPtr<ProgressCallback> callback = ProgressCallback::Create(console);
+        RunPresenter presenter(console);
+        run = RunUpgrade(classes, {connection.Get(), options.prefix, login.Get(), callback.Get()}, presenter);
+    }
+
+    RepositoryVersions after = ReadVersions(connection.Get(), options.prefix);
+    connection->Close();
+    int status = run.Succeeded() ? kExitSuccess : kExitUpgradeFailed;
+    std::string ran = std::to_string(run.outcomes.size()) + " upgraders ran, " +
+                      (run.Succeeded() ? std::string("none") : std::to_string(run.FailureCount())) + " failed";
+    console.Line("Versions after: " + DescribeVersions(after));
+    host.Log().Write("kdvq-upgrade: upgrade of " + target.text + " finished; " + ran + "; versions " +
+                         DescribeVersions(after),
+                     run.Succeeded() ? kLogInformation : kLogFailure);
+    if (run.Succeeded()) {
+        console.Line("Upgrade complete: " + ran + ".");
+    } else {
+        console.Interrupt();
+        std::fprintf(stderr, "kdvq-upgrade: %s\n", FailureSummary(run, logPath).c_str());
+    }
+    console.Line("Log: " + logPath);
+    if (options.json) std::fputs(UpgradeJson(target.text, before, after, run, status).c_str(), stdout);
+    return status;
+}
+
+}  // namespace
+
+Command AddUpgradeCommand(CLI::App& app) {
+    auto options = std::make_shared<UpgradeOptions>();
+    CLI::App* sub = app.add_subcommand("upgrade", "Upgrade a repository: run every upgrader that applies to it");
+    sub->add_option("--db", options->db,
+                    "The repository: a SQLite file, or odbc: followed by an ODBC connection string")
+        ->required()
+        ->type_name("TARGET");
+    sub->add_option("--prefix", options->prefix, "The prefix of the repository's table names")->type_name("P");
+    options->databaseIdOption =
+        sub->add_option("--database-id", options->databaseId,
+                        "The repository's identifier, given when an upgrader asks for it")
+            ->type_name("ID");
+    sub->add_option("--setting", options->settings,
+                    "A host setting the upgraders may read, e.g. \"BulletinBoard Version/VersionName=9.3.1\"")
+        ->type_name("KEY/NAME=VALUE");
+    sub->add_option("--log", options->log, "The log file (default: the repository file's name plus .log)")
+        ->type_name("FILE");
+    sub->add_flag("--json", options->json, "Print one JSON document with the versions and the upgraders that ran");
+    return {sub, [options] { return RunUpgradeCommand(*options); }};
+}
+
+}  // namespace kdhost

@@ -1,0 +1,38 @@
+#pragma once
+// Everything a command that talks to the upgrader library needs from the
+// host: the log, the string table, the settings and the input box's
+// answers, with the host's classes registered in the process while the
+// session lives.
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/console.h"
+#include "host/host_services.h"
+
+namespace kdhost {
+
+struct HostOptions {
+    std::string logPath;                    // empty: the standard error stream
+    std::optional<std::string> databaseId;  // answers the "Database ID" input box
+    std::vector<std::string> settings;      // --setting KEY/VALUENAME=VALUE
+    Console* console = nullptr;             // its open line is ended before a prompt
+};
+
+class HostSession {
+public:
+    // Raises BadInput for a malformed setting, settings file or string table.
+    explicit HostSession(const HostOptions& options);
+
+    LogSink& Log() { return *configuration_.log; }
+
+private:
+    HostConfiguration configuration_;
+    std::unique_ptr<HostServices> services_;
+};
+
+// The title of the input box that asks for the repository's identifier.
+inline const std::string kDatabaseIdTitle = "Database ID";
+
+}  // namespace kdhost

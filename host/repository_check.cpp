@@ -1,0 +1,123 @@
+#include "host/repository_check.h"
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "host/bad_input.h"
+
+namespace kdhost {
+
+namespace {
+
+// How long a check waits for another program's lock: a run is refused at
+// once rather than left waiting.
+constexpr int kBusyMilliseconds = 200;
+
+const char kSqliteHeader[] = "SQLite format 3";
+
+std::string LockedReason(const std::string& path) {
+    return path + ": the database is locked by another program; try again when it has finished";
+}
+
+class Database {
+public:
+    Database(const std::string& path, int flags) {
+        int rc = sqlite3_open_v2(path.c_str(), &db_, flags, nullptr);
+        if (rc != SQLITE_OK) {
+            std::string reason = Reason(path, rc);
+            sqlite3_close(db_);
+            db_ = nullptr;
+            throw BadInput(reason);
+        }
+        sqlite3_busy_timeout(db_, kBusyMilliseconds);
+    }
+    ~Database() { sqlite3_close(db_); }
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    // True when a table or view of that name (case-insensitive) exists.
+    bool HasTable(const std::string& path, const std::string& name) {
+        sqlite3_stmt* statement = nullptr;
+        int rc = sqlite3_prepare_v2(db_,
+                                    "SELECT 1 FROM sqlite_master WHERE type IN ('table','view') "
+                                    "AND name = ?1 COLLATE NOCASE",
+                                    -1, &statement, nullptr);
+        if (rc == SQLITE_OK) {
+            sqlite3_bind_text(statement, 1, name.c_str(), -1, SQLITE_TRANSIENT);
+            rc = sqlite3_step(statement);
+        }
+        sqlite3_finalize(statement);
+        if (rc != SQLITE_ROW && rc != SQLITE_DONE) Fail(path, rc);
+        return rc == SQLITE_ROW;
+    }
+
+    void Exec(const std::string& path, const char* sql) {
+        int rc = sqlite3_exec(db_, sql, nullptr, nullptr, nullptr);
+        if (rc != SQLITE_OK) Fail(path, rc);
+    }
+
+private:
+    std::string Reason(const std::string& path, int rc) const {
+        int primary = rc & 0xff;
+        if (primary == SQLITE_BUSY || primary == SQLITE_LOCKED) return LockedReason(path);
+        if (primary == SQLITE_NOTADB) return path + ": not a SQLite database";
+        return path + ": cannot be opened: " + (db_ ? sqlite3_errmsg(db_) : sqlite3_errstr(rc));
+    }
+    [[noreturn]] void Fail(const std::string& path, int rc) { throw BadInput(Reason(path, rc)); }
+
+    sqlite3* db_ = nullptr;
+};
+
+}  // namespace
+
+const char* const* RepositoryMarkerTables() {
+    static const char* const tables[] = {"KD_VQ_NODE_TYPE", "KD_VQ_DB_VERSION", nullptr};
+    return tables;
+}
+
+void CheckRepositoryFile(const std::string& path) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) {
+        throw BadInput(path + (errno == ENOENT ? std::string(": no such file")
+                                               : ": cannot be reached: " + std::string(std::strerror(errno))));
+    }
+    if (S_ISDIR(info.st_mode)) throw BadInput(path + ": is a folder, not a repository file");
+    if (::access(path.c_str(), R_OK) != 0) throw BadInput(path + ": cannot be read (permission denied)");
+    char header[sizeof kSqliteHeader] = {};
+    std::ifstream in(path, std::ios::binary);
+    in.read(header, sizeof header);
+    // An empty file is a valid, empty SQLite database.
+    bool sqlite = in.gcount() == 0 ||
+                  (in.gcount() == sizeof header && std::memcmp(header, kSqliteHeader, sizeof header) == 0);
+    if (!sqlite) throw BadInput(path + ": not a SQLite database");
+}
+
+void CheckRepositoryDatabase(const std::string& path, const std::string& prefix, bool forWriting) {
+    {
+        Database db(path, SQLITE_OPEN_READONLY);
+        for (const char* const* table = RepositoryMarkerTables(); *table; ++table) {
+            if (!db.HasTable(path, prefix + *table)) {
+                throw BadInput(path + ": not a repository (it has no table " + prefix + *table + ")");
+            }
+        }
+    }
+    if (!forWriting) return;
+    if (::access(path.c_str(), W_OK) != 0) throw BadInput(path + ": cannot be written (permission denied)");
+    std::string folder = std::filesystem::path(path).parent_path().string();
+    if (::access(folder.empty() ? "." : folder.c_str(), W_OK) != 0) {
+        throw BadInput(path + ": its folder cannot be written, and the database keeps its journal there");
+    }
+    // Taking the write lock and giving it back at once shows whether
+    // another program holds the database.
+    Database db(path, SQLITE_OPEN_READWRITE);
+    db.Exec(path, "BEGIN IMMEDIATE");
+    db.Exec(path, "ROLLBACK");
+}
+
+}  // namespace kdhost

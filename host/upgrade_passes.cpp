@@ -1,0 +1,161 @@
+#include "host/upgrade_passes.h"
+
+#include <chrono>
+#include <map>
+#include <set>
+
+#include "framework/upgrader_interfaces.h"
+#include "host/final_upgraders.h"
+#include "host/host_identifiers.h"
+#include "host/repository_versions.h"
+#include "platform/automation/collection.h"
+#include "platform/com/error_info.h"
+#include "platform/com/runtime.h"
+
+namespace kdhost {
+
+namespace {
+
+using UpgraderPtr = com::ComPtr<kdvq::IKDVqDatabaseUpgrader>;
+
+class Run {
+public:
+    Run(const std::vector<UpgraderClassInfo>& classes, const RunContext& context, RunObserver& observer)
+        : classes_(classes), context_(context), observer_(observer) {}
+
+    RunResult Go() {
+        bool executed = true;
+        while (executed) executed = Pass(false);
+        Pass(true);
+        return std::move(result_);
+    }
+
+private:
+    // Runs one pass; true when it executed an upgrader.
+    bool Pass(bool final) {
+        int pass = ++result_.passes;
+        int32_t coreVersion = ReadCoreVersion(context_.connection, context_.prefix);
+        observer_.PassStarting(pass, coreVersion, final);
+        bool executed = false;
+        for (const UpgraderClassInfo& info : classes_) {
+            if (done_.count(info.name) || RunsAfterChains(info.name) != final) continue;
+            executed |= Offer(info, pass, coreVersion);
+        }
+        return executed;
+    }
+
+    // Asks one upgrader and runs it when it applies; true when it ran (or
+    // failed, which also ends its part in this run).
+    bool Offer(const UpgraderClassInfo& info, int pass, int32_t coreVersion) {
+        UpgraderOutcome outcome;
+        outcome.className = info.name;
+        outcome.pass = pass;
+        UpgraderPtr upgrader = Instance(info, outcome);
+        if (!upgrader) return Finish(std::move(outcome));
+
+        int32_t version = coreVersion;  // by reference: each upgrader gets its own copy
+        automation::VARIANT_BOOL enabled = automation::VARIANT_FALSE;
+        com::HRESULT hr = upgrader->Enabled(context_.login, &version, &enabled);
+        if (com::Failed(hr)) return Fail(std::move(outcome), "Enabled", hr);
+        if (!enabled) return false;
+
+        observer_.UpgraderStarting(info.name, NameOf(upgrader.Get(), info.name));
+        automation::VARIANT_BOOL answer = automation::VARIANT_FALSE;
+        auto start = std::chrono::steady_clock::now();
+        hr = upgrader->Execute(context_.callback, &answer);
+        outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        if (com::Failed(hr)) return Fail(std::move(outcome), "Execute", hr);
+        outcome.result = answer != automation::VARIANT_FALSE;
+        outcome.failure = !outcome.result && !FalseIsNoFailure(info.name);
+        std::string part = SystemTablePart(info.name);
+        bool listTables = outcome.result && !part.empty();
+        Finish(std::move(outcome));
+        if (listTables) ListSystemTables(upgrader.Get(), info.name, part);
+        return true;
+    }
+
+    UpgraderPtr Instance(const UpgraderClassInfo& info, UpgraderOutcome& outcome) {
+        auto found = instances_.find(info.name);
+        if (found != instances_.end()) return found->second;
+        com::HRESULT hr = com::S_OK;
+        UpgraderPtr upgrader = com::CreateInstance<kdvq::IKDVqDatabaseUpgrader>(info.clsid, kIidDatabaseUpgrader, &hr);
+        if (!upgrader) {
+            outcome.failedCall = "create";
+            outcome.error = DescribeFailure(com::Failed(hr) ? hr : com::E_NOINTERFACE);
+            outcome.failure = true;
+            return nullptr;
+        }
+        instances_[info.name] = upgrader;
+        return upgrader;
+    }
+
+    bool Fail(UpgraderOutcome outcome, const std::string& call, com::HRESULT hr) {
+        outcome.failedCall = call;
+        outcome.error = DescribeFailure(hr);
+        outcome.failure = true;
+        return Finish(std::move(outcome));
+    }
+
+    // Records the outcome; the upgrader is done for this run.
+    bool Finish(UpgraderOutcome outcome) {
+        done_.insert(outcome.className);
+        instances_.erase(outcome.className);
+        observer_.UpgraderFinished(outcome);
+        result_.outcomes.push_back(std::move(outcome));
+        return true;
+    }
+
+    void ListSystemTables(kdvq::IKDVqDatabaseUpgrader* upgrader, const std::string& className,
+                          const std::string& part) {
+        automation::Variant tables;
+        if (com::Failed(upgrader->TavixSystemTables(&tables))) {
+            com::TakeErrorInfo();
+            return;
+        }
+        SystemTableList list{part, className, {}};
+        if (com::ComPtr<automation::ICollection> items = automation::CollectionOf(tables)) {
+            for (int32_t i = 1; i <= items->Count(); ++i) list.tables.push_back(items->Item(i).CStr());
+        }
+        observer_.SystemTablesListed(list);
+        result_.systemTables.push_back(std::move(list));
+    }
+
+    static std::string NameOf(kdvq::IKDVqDatabaseUpgrader* upgrader, const std::string& className) {
+        std::string name;
+        if (com::Failed(upgrader->Name(&name))) {
+            com::TakeErrorInfo();
+            return className;
+        }
+        return name;
+    }
+
+    const std::vector<UpgraderClassInfo>& classes_;
+    const RunContext& context_;
+    RunObserver& observer_;
+    RunResult result_;
+    std::set<std::string> done_;
+    std::map<std::string, UpgraderPtr> instances_;
+};
+
+}  // namespace
+
+bool RunResult::Succeeded() const { return FailureCount() == 0; }
+
+int RunResult::FailureCount() const {
+    int count = 0;
+    for (const UpgraderOutcome& outcome : outcomes) count += outcome.failure ? 1 : 0;
+    return count;
+}
+
+std::string DescribeFailure(com::HRESULT hr) {
+    com::ErrorInfo info = com::TakeErrorInfo();
+    if (!info.description.empty()) return info.description;
+    return com::DescribeHResult(hr);
+}
+
+RunResult RunUpgrade(const std::vector<UpgraderClassInfo>& classes, const RunContext& context,
+                     RunObserver& observer) {
+    return Run(classes, context, observer).Go();
+}
+
+}  // namespace kdhost

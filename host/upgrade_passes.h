@@ -1,0 +1,76 @@
+#pragma once
+// One upgrade run over the upgrader classes of the category.
+//
+// The classes are walked in registration order, in passes. At the start of
+// a pass the core version is read once and every Enabled of the pass gets
+// that same number; an upgrader whose Enabled answers True is executed at
+// once. Each upgrader executes at most once per run (a failed one is not
+// retried), and passes repeat until one executes nothing, so every chain
+// climbs as far as its upgraders take it. The upgraders that move no
+// version (final_upgraders.h) are left out of the passes and run in one
+// final pass afterwards, where the marking upgraders' system-table lists
+// are collected.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "framework/host_interfaces.h"
+#include "platform/ado/ado.h"
+#include "platform/com/guid.h"
+
+namespace kdhost {
+
+struct UpgraderClassInfo {
+    std::string name;
+    com::CLSID clsid;
+};
+
+struct UpgraderOutcome {
+    std::string className;
+    int pass = 0;             // the pass it ran in; the final pass follows the last
+    bool result = false;      // what Execute answered (False when a call failed)
+    std::string failedCall;   // "create", "Enabled" or "Execute" when that call failed
+    std::string error;        // the failure's description then
+    bool failure = false;     // counts as a failure of the run
+    double seconds = 0;       // time spent in Execute
+};
+
+struct SystemTableList {
+    std::string part;
+    std::string className;
+    std::vector<std::string> tables;
+};
+
+struct RunResult {
+    std::vector<UpgraderOutcome> outcomes;  // in the order they ran
+    std::vector<SystemTableList> systemTables;
+    int passes = 0;                         // including the final pass
+    bool Succeeded() const;
+    int FailureCount() const;
+};
+
+// What the run reports as it goes (the console shows it).
+class RunObserver {
+public:
+    virtual ~RunObserver() = default;
+    virtual void PassStarting(int pass, int32_t coreVersion, bool final) = 0;
+    virtual void UpgraderStarting(const std::string& className, const std::string& name) = 0;
+    virtual void UpgraderFinished(const UpgraderOutcome& outcome) = 0;
+    virtual void SystemTablesListed(const SystemTableList& list) = 0;
+};
+
+struct RunContext {
+    ado::Connection* connection = nullptr;
+    std::string prefix;
+    kdvq::IKDLogin* login = nullptr;
+    kdvq::IKDProgressCallback* callback = nullptr;
+};
+
+RunResult RunUpgrade(const std::vector<UpgraderClassInfo>& classes, const RunContext& context,
+                     RunObserver& observer);
+
+// The description of the failure a call just returned (its error info, or
+// a text for the result when it carries none).
+std::string DescribeFailure(com::HRESULT hr);
+
+}  // namespace kdhost

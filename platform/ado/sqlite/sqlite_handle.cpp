@@ -1,0 +1,48 @@
+#include "platform/ado/sqlite/sqlite_handle.h"
+
+#include "platform/ado/provider.h"
+#include "platform/ado/sqlite/sqlite_provider.h"
+
+namespace ado::sqlite {
+
+void Raise(int code, const std::string& message) { throw ProviderError(kSqliteProviderName, code, message); }
+
+void RaiseLast(sqlite3* db) { Raise(sqlite3_extended_errcode(db), sqlite3_errmsg(db)); }
+
+Statement Prepare(sqlite3* db, const std::string& sql, size_t offset, size_t* tail) {
+    sqlite3_stmt* raw = nullptr;
+    const char* start = sql.c_str() + offset;
+    const char* rest = nullptr;
+    if (sqlite3_prepare_v2(db, start, static_cast<int>(sql.size() - offset), &raw, &rest) != SQLITE_OK) {
+        sqlite3_finalize(raw);
+        RaiseLast(db);
+    }
+    if (tail) *tail = static_cast<size_t>(rest - sql.c_str());
+    return Statement(raw);
+}
+
+void RunToEnd(sqlite3* db, sqlite3_stmt* statement) {
+    int rc;
+    while ((rc = sqlite3_step(statement)) == SQLITE_ROW) {
+    }
+    if (rc != SQLITE_DONE) {
+        // The step's failure is the connection's last; keep it across reset.
+        int code = sqlite3_extended_errcode(db);
+        std::string message = sqlite3_errmsg(db);
+        sqlite3_reset(statement);
+        Raise(code, message);
+    }
+}
+
+void ExecuteAll(sqlite3* db, const std::string& sql) {
+    size_t offset = 0;
+    while (offset < sql.size()) {
+        size_t tail = offset;
+        Statement statement = Prepare(db, sql, offset, &tail);
+        if (tail <= offset) break;  // nothing consumed: only blanks or comments remained
+        offset = tail;
+        if (statement) RunToEnd(db, statement.get());  // null for blanks between semicolons
+    }
+}
+
+}  // namespace ado::sqlite

@@ -1,0 +1,44 @@
+#pragma once
+// Owned SQLite handles and the provider's failures. A database handle is
+// shared by the provider and its open cursors, so that a recordset may
+// outlive the connection's close without touching a closed handle.
+#include <sqlite3.h>
+
+#include <memory>
+#include <string>
+
+namespace ado::sqlite {
+
+class Database {
+public:
+    explicit Database(sqlite3* db) : db_(db) {}
+    ~Database() { sqlite3_close_v2(db_); }
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+    sqlite3* Get() const { return db_; }
+
+private:
+    sqlite3* db_;
+};
+using DatabasePtr = std::shared_ptr<Database>;
+
+struct StatementDeleter {
+    void operator()(sqlite3_stmt* s) const { sqlite3_finalize(s); }
+};
+using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
+
+// Raises the connection's last failure as a ProviderError: native error =
+// the extended result code, description = the engine's message.
+[[noreturn]] void RaiseLast(sqlite3* db);
+// Raises a failure found by the provider itself, with an engine code.
+[[noreturn]] void Raise(int code, const std::string& message);
+
+// Prepares one statement (raises on failure); *tail, when given, receives
+// the offset of the text after it.
+Statement Prepare(sqlite3* db, const std::string& sql, size_t offset = 0, size_t* tail = nullptr);
+// Steps a statement to its end, discarding rows (raises on failure).
+void RunToEnd(sqlite3* db, sqlite3_stmt* statement);
+// Runs every statement of the text.
+void ExecuteAll(sqlite3* db, const std::string& sql);
+
+}  // namespace ado::sqlite

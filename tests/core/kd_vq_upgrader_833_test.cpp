@@ -1,0 +1,167 @@
+#include "tests/core/core_test_support.h"
+
+namespace kdvq::testing {
+namespace {
+
+const std::string kIdProbe = "select ID from KD_VQ_SUPPORTED_EXTENSIONS";
+const std::string kExtensionIdProbe = "select EXTENSION_ID from KD_VQ_NODE_TYPE";
+const std::string kAddIdText = "Adding ID column to KD_VQ_SUPPORTED_EXTENSIONS table";
+const std::string kAddExtensionIdText = "Adding EXTENSION_ID column to KD_VQ_NODE_TYPE table";
+const std::string kOraAddId = "Alter table KD_VQ_SUPPORTED_EXTENSIONS add ID NUMBER(38)";
+const std::string kOraAddExtensionId = "Alter table KD_VQ_NODE_TYPE add EXTENSION_ID NUMBER(38)";
+const std::string kSqlAddId = "Alter table KD_VQ_SUPPORTED_EXTENSIONS add ID INT";
+const std::string kSqlAddExtensionId = "Alter table KD_VQ_NODE_TYPE add EXTENSION_ID INT";
+const std::string kExtensions = "SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS";
+const std::string kSequence = "SELECT * FROM KD_VQ_SEQUENCE WHERE NAME='VQ_SupportedExtensionID'";
+const std::string kExtensionIds = "SELECT ID, NAME FROM KD_VQ_SUPPORTED_EXTENSIONS";
+const std::string kNodeTypes = "SELECT NAME, EXTENSION_ID FROM KD_VQ_NODE_TYPE";
+
+// Two extensions (one numbered before), no sequence row, and node types
+// of both extensions, an unknown one and a name differing only in case.
+void Repository(ado::ScriptedProvider& p) {
+    p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{1601}}));
+    p.AnswerQuery(kExtensions, Table({"NAME", "ID"}, {{"KDWorkflowManager", Variant::Null()}, {"KDSessionManager", 7}}));
+    p.AnswerQuery(kSequence, Table({"NAME", "SEQUENCE_VALUE", "INCR"}));
+    p.AnswerQuery(kExtensionIds, Table({"ID", "NAME"}, {{101, "KDWorkflowManager"}, {102, "KDSessionManager"}}));
+    p.AnswerQuery(kNodeTypes, Table({"NAME", "EXTENSION_ID"}, {{"Session", Variant::Null()},
+                                                               {"Design", 5},
+                                                               {"Custom", Variant::Null()},
+                                                               {"session", Variant::Null()}}));
+}
+
+const Lines kNumbered = {Found(kExtensions), Found(kSequence),
+                         "INSERT KD_VQ_SEQUENCE (NAME='VQ_SupportedExtensionID', SEQUENCE_VALUE=103, INCR=1)",
+                         "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #1 SET ID=101",
+                         "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #2 SET ID=102"};
+const Lines kLinked = {Found(kExtensionIds), Found(kNodeTypes), "UPDATE KD_VQ_NODE_TYPE #1 SET EXTENSION_ID=102",
+                       "UPDATE KD_VQ_NODE_TYPE #2 SET EXTENSION_ID=101",
+                       "UPDATE KD_VQ_NODE_TYPE #3 SET EXTENSION_ID=-1",
+                       "UPDATE KD_VQ_NODE_TYPE #4 SET EXTENSION_ID=-1"};
+
+TEST(KDVqUpgrader833, ScriptedSituations) {
+    const std::vector<ScriptedCase> cases = {
+        {"oracle, columns missing", kOracleProvider, 1601, Repository, Outcome::True,
+         Concat({{NotFound(kIdProbe)},
+                 Ran(kAddIdText, kOraAddId),
+                 kNumbered,
+                 {NotFound(kExtensionIdProbe)},
+                 Ran(kAddExtensionIdText, kOraAddExtensionId),
+                 kLinked,
+                 CoreVersionWritten(1926)})},
+        {"sql server, columns present and a sequence row to continue", kSqlServerProvider, 1700,
+         [](ado::ScriptedProvider& p) {
+             Repository(p);
+             p.AnswerQuery(kSequence, Table({"NAME", "SEQUENCE_VALUE", "INCR"}, {{"VQ_SupportedExtensionID", 50, 5}}));
+             p.AnswerQuery(kIdProbe, Table({"ID"}));
+             p.AnswerQuery(kExtensionIdProbe, Table({"EXTENSION_ID"}));
+         },
+         Outcome::True,
+         Concat({{Found(kIdProbe), Found(kExtensions), Found(kSequence),
+                  "UPDATE KD_VQ_SEQUENCE #1 SET SEQUENCE_VALUE=103",
+                  "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #1 SET ID=101",
+                  "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #2 SET ID=102", Found(kExtensionIdProbe)},
+                 kLinked,
+                 CoreVersionWritten(1926)})},
+        {"sql server, no extensions and no node types", kSqlServerProvider, 1601,
+         [](ado::ScriptedProvider& p) {
+             p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{1601}}));
+             p.SetUnknownQueriesSucceed(true);
+         },
+         Outcome::True,
+         Concat({{Found(kIdProbe), Found(kExtensions), "START res101(KD_VQ_SUPPORTED_EXTENSIONS)",
+                  Found(kExtensionIdProbe), Found(kExtensionIds), Found(kNodeTypes)},
+                 CoreVersionWritten(1926)})},
+        {"oracle, the failed ID column is forgotten once the node types are linked", kOracleProvider, 1601,
+         [](ado::ScriptedProvider& p) {
+             Repository(p);
+             p.FailExecute(kOraAddId, {904});
+         },
+         Outcome::True,
+         Concat({{NotFound(kIdProbe)},
+                 RanFailing(kAddIdText, kOraAddId, 904, 1),
+                 {NotFound(kExtensionIdProbe)},
+                 Ran(kAddExtensionIdText, kOraAddExtensionId),
+                 kLinked,
+                 CoreVersionWritten(1926)})},
+        {"sql server, a failed EXTENSION_ID column decides the outcome", kSqlServerProvider, 1601,
+         [](ado::ScriptedProvider& p) {
+             Repository(p);
+             p.FailExecute(kSqlAddExtensionId, {4902});
+         },
+         Outcome::False,
+         Concat({{NotFound(kIdProbe)},
+                 Ran(kAddIdText, kSqlAddId),
+                 kNumbered,
+                 {NotFound(kExtensionIdProbe)},
+                 RanFailing(kAddExtensionIdText, kSqlAddExtensionId, 4902, 1)})},
+    };
+    ExpectScripted(New_KDVqUpgrader833, cases);
+}
+
+// An 8.3.2 repository on SQLite: extensions without identifiers, node types
+// without their extension.
+const char* const kRepository832 =
+    "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER, DATABASE_ID VARCHAR(64));\n"
+    "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, 'DB1');\n"
+    "CREATE TABLE KD_VQ_SEQUENCE (NAME VARCHAR(64), SEQUENCE_VALUE INTEGER, INCR INTEGER);\n"
+    "INSERT INTO KD_VQ_SEQUENCE VALUES ('Vq_TaskId', 12, 1);\n"
+    "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(128));\n"
+    "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
+    "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDMobile');\n"
+    "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDSessionManager');\n"
+    "CREATE TABLE KD_VQ_NODE_TYPE (NODE_TYPE_ID INTEGER, NAME VARCHAR(64));\n"
+    "INSERT INTO KD_VQ_NODE_TYPE VALUES (1, 'Session');\n"
+    "INSERT INTO KD_VQ_NODE_TYPE VALUES (2, 'Design');\n"
+    "INSERT INTO KD_VQ_NODE_TYPE VALUES (3, 'CU');\n"
+    "INSERT INTO KD_VQ_NODE_TYPE VALUES (4, 'Pole');\n"
+    "INSERT INTO KD_VQ_NODE_TYPE VALUES (5, 'design');\n"
+    "INSERT INTO KD_VQ_NODE_TYPE VALUES (6, 'AllSessionsFilter')";
+
+TEST(KDVqUpgrader833, NumbersExtensionsAndLinksNodeTypesOnSqlite) {
+    SqliteRepository repo(kRepository832);
+    TestHost host;
+    EXPECT_EQ(repo.Run(host, New_KDVqUpgrader833, 1601), Outcome::True);
+    EXPECT_EQ(host.Log().Lines(), (Lines{"START " + kAddIdText, "DONE res102", "START " + kAddExtensionIdText,
+                                         "DONE res102"}));
+
+    const Lines extensions = {"'KDWorkflowManager'|101", "'KDMobile'|102", "'KDSessionManager'|103"};
+    const Lines sequences = {"'Vq_TaskId'|12|1", "'VQ_SupportedExtensionID'|104|1"};
+    const Lines nodeTypes = {"1|'Session'|103", "2|'Design'|101", "3|'CU'|101",
+                             "4|'Pole'|-1",     "5|'design'|-1",  "6|'AllSessionsFilter'|103"};
+    const auto expectRows = [&] {
+        EXPECT_EQ(repo.Query("SELECT NAME, ID FROM KD_VQ_SUPPORTED_EXTENSIONS ORDER BY rowid"), extensions);
+        EXPECT_EQ(repo.Query("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE ORDER BY rowid"), sequences);
+        EXPECT_EQ(repo.Query("SELECT NODE_TYPE_ID, NAME, EXTENSION_ID FROM KD_VQ_NODE_TYPE ORDER BY rowid"), nodeTypes);
+        EXPECT_EQ(repo.Query("SELECT VERSION, DATABASE_ID FROM KD_VQ_DB_VERSION"), Lines{"1926|'DB1'"});
+    };
+    expectRows();
+
+    // A second run renumbers the same way and keeps one sequence row.
+    TestHost again;
+    EXPECT_EQ(repo.Run(again, New_KDVqUpgrader833, 1601), Outcome::True);
+    EXPECT_EQ(again.Log().Lines(), Lines{});
+    expectRows();
+}
+
+TEST(KDVqUpgrader833, NodeTypeOfAnExtensionThatIsNotInstalledOnSqlite) {
+    SqliteRepository repo(
+        "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER);\n"
+        "INSERT INTO KD_VQ_DB_VERSION VALUES (1601);\n"
+        "CREATE TABLE KD_VQ_SEQUENCE (NAME VARCHAR(64), SEQUENCE_VALUE INTEGER, INCR INTEGER);\n"
+        "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(128), ID INTEGER);\n"
+        "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager', 7);\n"
+        "CREATE TABLE KD_VQ_NODE_TYPE (NODE_TYPE_ID INTEGER, NAME VARCHAR(64), EXTENSION_ID INTEGER);\n"
+        "INSERT INTO KD_VQ_NODE_TYPE VALUES (1, 'Session', 9);\n"
+        "INSERT INTO KD_VQ_NODE_TYPE VALUES (2, 'WorkRequest', NULL)");
+    TestHost host;
+    EXPECT_EQ(repo.Run(host, New_KDVqUpgrader833, 1700), Outcome::True);
+    EXPECT_EQ(host.Log().Lines(), Lines{});
+    EXPECT_EQ(repo.Query("SELECT NAME, ID FROM KD_VQ_SUPPORTED_EXTENSIONS"), Lines{"'KDWorkflowManager'|101"});
+    EXPECT_EQ(repo.Query("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE"),
+              Lines{"'VQ_SupportedExtensionID'|102|1"});
+    EXPECT_EQ(repo.Query("SELECT NODE_TYPE_ID, EXTENSION_ID FROM KD_VQ_NODE_TYPE ORDER BY rowid"),
+              (Lines{"1|-1", "2|101"}));
+}
+
+}  // namespace
+}  // namespace kdvq::testing

@@ -1,0 +1,65 @@
+// Propagating the repository's database identifier.
+#include <gtest/gtest.h>
+
+#include "framework/mod_main.h"
+#include "tests/support/test_host.h"
+
+namespace kdvq {
+namespace {
+
+struct DatabaseIdCase {
+    const char* name;
+    std::string setup;
+    std::string answer;
+    bool result;
+    std::vector<std::string> transcript;
+    std::vector<std::string> versionRows;
+    std::vector<std::string> targetRows;
+};
+
+TEST(UpdateDatabaseId, CopiesOrAsksForTheIdentifier) {
+    const std::string tables =
+        "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER, DATABASE_ID VARCHAR(64));\n"
+        "CREATE TABLE KD_WMS_DB_VERSION (VERSION INTEGER, DATABASE_ID VARCHAR(64));\n"
+        "INSERT INTO KD_WMS_DB_VERSION VALUES (1601, NULL);\n";
+    const std::vector<std::string> updated = {"START Updating DATABASE_ID column in KD_WMS_DB_VERSION table",
+                                              "DONE res102"};
+    const std::vector<DatabaseIdCase> cases = {
+        {"existing identifier", tables + "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, 'PLANT-7')", "", true, updated,
+         {"1926|'PLANT-7'"}, {"1601|'PLANT-7'"}},
+        {"Null identifier takes the user's answer", tables + "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, NULL)",
+         "NORTH", true,
+         {"INPUT res609|Database ID", "START Updating DATABASE_ID column in KD_WMS_DB_VERSION table", "DONE res102"},
+         {"1926|'NORTH'"}, {"1601|'NORTH'"}},
+        {"empty answer gives up", tables + "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, NULL)", "", false,
+         {"INPUT res609|Database ID"}, {"1926|Null"}, {"1601|Null"}},
+        {"no version row, nothing to copy", tables, "", false, {}, {}, {"1601|Null"}},
+        {"version table without the column",
+         "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER);\n"
+         "CREATE TABLE KD_WMS_DB_VERSION (VERSION INTEGER, DATABASE_ID VARCHAR(64));\n"
+         "INSERT INTO KD_VQ_DB_VERSION VALUES (1926);\n"
+         "INSERT INTO KD_WMS_DB_VERSION VALUES (1601, NULL)",
+         "", false, {}, {"1926"}, {"1601|Null"}},
+        {"target without the column",
+         "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER, DATABASE_ID VARCHAR(64));\n"
+         "CREATE TABLE KD_WMS_DB_VERSION (VERSION INTEGER);\n"
+         "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, 'PLANT-7');\n"
+         "INSERT INTO KD_WMS_DB_VERSION VALUES (1601)",
+         "", false, {}, {"1926|'PLANT-7'"}, {"1601"}},
+    };
+    for (const DatabaseIdCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        testing::TestHost host;
+        host.SetInputBoxAnswer(c.answer);
+        testing::TempDir dir;
+        auto connection = testing::OpenSqlite(dir.File("repo.db"));
+        testing::ExecAll(connection.Get(), c.setup);
+        EXPECT_EQ(UpdateDatabaseId("", connection.Get(), "KD_WMS_DB_VERSION", host.Callback().Get()), c.result);
+        EXPECT_EQ(host.Log().Lines(), c.transcript);
+        EXPECT_EQ(testing::QueryRows(connection.Get(), "SELECT * FROM KD_VQ_DB_VERSION"), c.versionRows);
+        EXPECT_EQ(testing::QueryRows(connection.Get(), "SELECT * FROM KD_WMS_DB_VERSION"), c.targetRows);
+    }
+}
+
+}  // namespace
+}  // namespace kdvq

@@ -1,0 +1,132 @@
+// The library as the component runtime sees it: registration, creation by
+// ProgID and the unload answer.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <thread>
+
+#include "framework/mod_kd_startup.h"
+#include "framework/upgrader_interfaces.h"
+#include "library/entry_points.h"
+#include "platform/com/runtime.h"
+#include "tests/support/test_host.h"
+
+namespace kdvq {
+namespace {
+
+const std::vector<std::string> kDeclaredOrder = {
+    "KDHideVqTables",     "KDHideSMTables",       "KDHideWFMTables",    "KDVqUpgrader830",
+    "KDUpgradeWFM830",    "KDVqUpgrader832",      "KDHideMobileTables", "KDUpgradeWFM832",
+    "KDVqUpgrader833",    "KDUpgraderSM833",      "KDUpgradeSM830",     "KDUpgradeMobile901",
+    "KDUpgradeWFM833",    "KDUpgradeMobile832",   "KDCreateTableIndices", "KDVqUpgrader902",
+    "KDUpgradeWFM902",    "KDVqUpgrader901sp1",   "KDUpgraderSM902",    "KDUpgradeMobile902",
+    "KDUpgradeWFM901sp1", "KDUpgradeMobile91SP1", "KDUpgradeSM912",     "KDVqUpgrader912",
+    "KDVqUpgrader920",    "KDUpgradeSM921",       "KDUpgradeMobile93rev2", "KDUpgradeSM93rev2",
+    "KDVqUpgrader93rev2", "kdUpgradeWFM93rev2",   "kdUpgradeWFM931",
+};
+
+// Each test registers into a registry file of its own.
+class LibraryEntryPoints : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const char* previous = std::getenv("KDVQ_REGISTRY");
+        if (previous) previous_ = previous;
+        setenv("KDVQ_REGISTRY", dir_.File("registry.ini").c_str(), 1);
+        ASSERT_EQ(com::RegisterServer(KDVQ_TEST_LIBRARY_PATH), com::S_OK);
+    }
+    void TearDown() override {
+        if (previous_) {
+            setenv("KDVQ_REGISTRY", previous_->c_str(), 1);
+        } else {
+            unsetenv("KDVQ_REGISTRY");
+        }
+    }
+    com::CLSID ClassOf(const std::string& progId) {
+        com::CLSID clsid;
+        EXPECT_EQ(com::CLSIDFromProgID(progId, &clsid), com::S_OK);
+        return clsid;
+    }
+
+    testing::TestHost host_;
+    testing::TempDir dir_;
+    std::optional<std::string> previous_;
+};
+
+TEST_F(LibraryEntryPoints, RegisterEveryClassInTheCategoryInDeclaredOrder) {
+    com::Registry registry = com::Registry::Load();
+    std::vector<std::string> names;
+    std::vector<std::string> progIds;
+    for (const com::ClassRegistration& c :
+         registry.ClassesOfCategory(com::MakeGuid(testing::TestHost::UpgraderCategory().c_str()))) {
+        names.push_back(c.name);
+        progIds.push_back(c.progId);
+        EXPECT_EQ(std::filesystem::canonical(c.libraryPath), std::filesystem::canonical(KDVQ_TEST_LIBRARY_PATH));
+    }
+    EXPECT_EQ(names, kDeclaredOrder);
+    std::vector<std::string> expectedProgIds;
+    for (const std::string& name : kDeclaredOrder) expectedProgIds.push_back("kdVqUpgraders." + name);
+    EXPECT_EQ(progIds, expectedProgIds);
+}
+
+TEST_F(LibraryEntryPoints, UnregisterRemovesEveryClass) {
+    ASSERT_EQ(com::UnregisterServer(KDVQ_TEST_LIBRARY_PATH), com::S_OK);
+    com::Registry registry = com::Registry::Load();
+    EXPECT_TRUE(registry.ClassesOfCategory(com::MakeGuid(testing::TestHost::UpgraderCategory().c_str())).empty());
+    com::CLSID clsid;
+    EXPECT_NE(com::CLSIDFromProgID("kdVqUpgraders.KDVqUpgrader830", &clsid), com::S_OK);
+}
+
+TEST_F(LibraryEntryPoints, CreatedByProgIdAndUnloadableWhenReleased) {
+    ASSERT_EQ(DllCanUnloadNow(), com::S_OK);
+    auto upgrader = com::CreateInstance<IKDVqDatabaseUpgrader>(ClassOf("kdVqUpgraders.KDUpgradeWFM902"),
+                                                               IID_IKDVqDatabaseUpgrader);
+    ASSERT_TRUE(upgrader);
+    EXPECT_EQ(DllCanUnloadNow(), com::S_FALSE);
+    auto registration = upgrader.As<IKDRegInCat>(IID_IKDRegInCat);
+    EXPECT_TRUE(registration);
+    upgrader.Reset();
+    EXPECT_EQ(DllCanUnloadNow(), com::S_FALSE);
+    registration.Reset();
+    EXPECT_EQ(DllCanUnloadNow(), com::S_OK);
+}
+
+TEST_F(LibraryEntryPoints, FactoryLocksKeepTheLibrary) {
+    com::ComPtr<com::IClassFactory> factory;
+    ASSERT_EQ(DllGetClassObject(ClassOf("kdVqUpgraders.kdUpgradeWFM931"), com::IID_IClassFactory, factory.PutVoid()),
+              com::S_OK);
+    EXPECT_EQ(DllCanUnloadNow(), com::S_OK);
+    factory->LockServer(true);
+    EXPECT_EQ(DllCanUnloadNow(), com::S_FALSE);
+    factory->LockServer(false);
+    EXPECT_EQ(DllCanUnloadNow(), com::S_OK);
+
+    com::ComPtr<com::IUnknown> aggregated;
+    EXPECT_EQ(factory->CreateInstance(factory.Get(), IID_IKDVqDatabaseUpgrader, aggregated.PutVoid()),
+              com::CLASS_E_NOAGGREGATION);
+}
+
+TEST_F(LibraryEntryPoints, UnknownClassIsNotAvailable) {
+    com::ComPtr<com::IClassFactory> factory;
+    EXPECT_EQ(DllGetClassObject(com::MakeGuid("{00000000-1111-2222-3333-444444444444}"), com::IID_IClassFactory,
+                                factory.PutVoid()),
+              com::CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_FALSE(factory);
+}
+
+TEST_F(LibraryEntryPoints, FirstObjectOnAThreadStartsTheLibraryThere) {
+    const com::CLSID clsid = ClassOf("kdVqUpgraders.KDVqUpgrader830");
+    bool emptyBefore = false;
+    std::string buildAfter;
+    std::thread([&] {
+        emptyBefore = ThreadGlobals().Empty();
+        auto upgrader = com::CreateInstance<IKDVqDatabaseUpgrader>(clsid, IID_IKDVqDatabaseUpgrader);
+        buildAfter = ThreadGlobals().build;
+    }).join();
+    EXPECT_TRUE(emptyBefore);
+    EXPECT_EQ(buildAfter, LibraryVersion());
+}
+
+}  // namespace
+}  // namespace kdvq

@@ -1,0 +1,166 @@
+// Mobile 8.3.2 through the scripted provider: the two tables, the packet
+// id move (a state row per design that has none), and the drops of the
+// index and the column in each dialect.
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "tests/session/golden.h"
+#include "tests/session/scripted_repository.h"
+
+namespace kdvq::testing {
+namespace {
+
+const std::string kDesigns = "SELECT ID, MOBILE_PACKET_ID FROM KD_WMS_DESIGN WHERE MOBILE_PACKET_ID IS NOT NULL";
+const std::string kDesignType = "SELECT NODE_TYPE_ID, NAME FROM KD_VQ_NODE_TYPE WHERE NAME='Design'";
+const std::string kOracleState =
+    "create table KD_MOBILE_STATE (NODE_TYPE_ID number(38), NODE_ID NUMBER(38), PACKET_ID VARCHAR2(128), "
+    "IMPORT_STATE NUMBER(38))";
+const std::string kSqlServerDropIndex = "DROP INDEX MOBILE_PACKET_ID on KD_WMS_DESIGN";
+const std::string kDropColumn = "ALTER TABLE KD_WMS_DESIGN DROP COLUMN MOBILE_PACKET_ID";
+const std::string kIndexText = "res510(MOBILE_PACKET_ID,KD_WMS_DESIGN)";
+const std::string kColumnText = "res509(MOBILE_PACKET_ID,KD_WMS_DESIGN)";
+
+enum class Start { kFresh, kTablesPresent, kStateRowForDesign2 };
+
+struct Case832 {
+    const char* name;
+    const char* provider;
+    Start start;
+    bool packetColumn;
+    bool designType;
+    std::function<void(ScriptedRepository&)> failures;
+    std::string outcome;
+    Golden expected;
+};
+
+std::string StateRow(int32_t nodeType, int32_t design) {
+    return "INSERT KD_MOBILE_STATE (NODE_TYPE_ID=" + std::to_string(nodeType) + ", NODE_ID=" + std::to_string(design) +
+           ", PACKET_ID='P-" + std::to_string(design) + "', IMPORT_STATE=0)";
+}
+
+Golden OracleTablesCreated() {
+    return Golden()
+        .Missing("select VERSION from KD_MOBILE_DB_VERSION")
+        .Missing("SELECT * FROM KD_MOBILE_DB_VERSION")
+        .Step("res501(KD_MOBILE_DB_VERSION)", "create table KD_MOBILE_DB_VERSION (VERSION number(38))")
+        .Step("res504(KD_MOBILE_DB_VERSION)", "insert into KD_MOBILE_DB_VERSION values (1)")
+        .Missing("SELECT * FROM KD_MOBILE_STATE");
+}
+
+Golden TablesPresent() {
+    return Golden()
+        .Open("select VERSION from KD_MOBILE_DB_VERSION")
+        .Open("SELECT * FROM KD_MOBILE_DB_VERSION")
+        .Open("SELECT * FROM KD_MOBILE_STATE");
+}
+
+Golden MoveStarts() {
+    return Golden()
+        .Open("select MOBILE_PACKET_ID from KD_WMS_DESIGN")
+        .Start("res504(KD_MOBILE_STATE)")
+        .Open(kDesigns)
+        .Open("SELECT * FROM KD_MOBILE_STATE");
+}
+
+Golden VersionWritten() {
+    return Golden()
+        .Open("select VERSION from KD_MOBILE_DB_VERSION")
+        .Line("UPDATE KD_MOBILE_DB_VERSION #1 SET VERSION=1601");
+}
+
+class MobileUpgrade832 : public ::testing::TestWithParam<Case832> {};
+
+TEST_P(MobileUpgrade832, Transcript) {
+    const Case832& c = GetParam();
+    TestHost host;
+    ado::ScriptedProvider* p = nullptr;
+    auto cn = host.ScriptedConnection(c.provider, &p);
+    ScriptedRepository repo(p);
+    if (c.start != Start::kFresh) {
+        repo.Version("KD_MOBILE_DB_VERSION", 1000);
+        std::vector<std::vector<Variant>> rows;
+        if (c.start == Start::kStateRowForDesign2)
+            rows.push_back({Variant(9), Variant(2), Variant("P-OLD"), Variant(1)});
+        repo.Table("KD_MOBILE_STATE", {"NODE_TYPE_ID", "NODE_ID", "PACKET_ID", "IMPORT_STATE"}, rows);
+    }
+    repo.Table("KD_WMS_DESIGN", c.packetColumn ? std::vector<std::string>{"ID", "MOBILE_PACKET_ID"}
+                                               : std::vector<std::string>{"ID"});
+    p->AnswerQuery(kDesigns, {{"ID", "MOBILE_PACKET_ID"},
+                              {{Variant(1), Variant("P-1")}, {Variant(2), Variant("P-2")}}});
+    ado::ScriptedRows designType{{"NODE_TYPE_ID", "NAME"}, {}};
+    if (c.designType) designType.rows.push_back({Variant(9), Variant("Design")});
+    p->AnswerQuery(kDesignType, designType);
+    if (c.failures) c.failures(repo);
+
+    UpgraderPtr up = New_KDUpgradeMobile832();
+    EXPECT_EQ(EnableAndExecute(host, up.Get(), cn.Get(), "", 1601), c.outcome);
+    EXPECT_EQ(host.Log().Lines(), c.expected.Lines());
+}
+
+const Case832 kCases[] = {
+    {"OracleFresh", "OraOLEDB.Oracle", Start::kFresh, true, true, nullptr, "True",
+     OracleTablesCreated()
+         .Step("res501(KD_MOBILE_STATE)", kOracleState)
+         .Start("res603")
+         .Add(MoveStarts())
+         .Open(kDesignType)
+         .Line(StateRow(9, 1))
+         .Line(StateRow(9, 2))
+         .Line("DONE res102")
+         .Step(kIndexText, "DROP INDEX KD_WMS_DESIGN.MOBILE_PACKET_ID")
+         .Step(kColumnText, kDropColumn)
+         .Add(VersionWritten())},
+    // Design 2 has its state row already: only design 1 gets one.
+    {"SqlServerKeepsExistingStateRow", "SQLOLEDB", Start::kStateRowForDesign2, true, true, nullptr, "True",
+     TablesPresent()
+         .Add(MoveStarts())
+         .Open(kDesignType)
+         .Line(StateRow(9, 1))
+         .Line("DONE res102")
+         .Step(kIndexText, kSqlServerDropIndex)
+         .Step(kColumnText, kDropColumn)
+         .Add(VersionWritten())},
+    // Without a Design node type the rows get 0, and every use asks again.
+    {"NoDesignNodeTypeGivesZero", "SQLOLEDB", Start::kTablesPresent, true, false, nullptr, "True",
+     TablesPresent()
+         .Add(MoveStarts())
+         .Open(kDesignType)
+         .Line(StateRow(0, 1))
+         .Open(kDesignType)
+         .Open(kDesignType)
+         .Line(StateRow(0, 2))
+         .Line("DONE res102")
+         .Step(kIndexText, kSqlServerDropIndex)
+         .Step(kColumnText, kDropColumn)
+         .Add(VersionWritten())},
+    {"NoPacketColumnNothingToMove", "SQLOLEDB", Start::kTablesPresent, false, true, nullptr, "True",
+     TablesPresent().Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN").Add(VersionWritten())},
+    {"FailedIndexDropKeepsColumnAndVersion", "SQLOLEDB", Start::kTablesPresent, true, true,
+     [](ScriptedRepository& r) { r.Fail(kSqlServerDropIndex, {3701}); }, "False",
+     TablesPresent()
+         .Add(MoveStarts())
+         .Open(kDesignType)
+         .Line(StateRow(9, 1))
+         .Line(StateRow(9, 2))
+         .Line("DONE res102")
+         .FailedStep(kIndexText, kSqlServerDropIndex, 3701)},
+    {"FailedColumnDropKeepsVersion", "SQLOLEDB", Start::kStateRowForDesign2, true, true,
+     [](ScriptedRepository& r) { r.Fail(kDropColumn, {5074}); }, "False",
+     TablesPresent()
+         .Add(MoveStarts())
+         .Open(kDesignType)
+         .Line(StateRow(9, 1))
+         .Line("DONE res102")
+         .Step(kIndexText, kSqlServerDropIndex)
+         .FailedStep(kColumnText, kDropColumn, 5074)},
+    {"FailedCreateSkipsMove", "OraOLEDB.Oracle", Start::kFresh, true, true,
+     [](ScriptedRepository& r) { r.Fail(kOracleState, {1031}); }, "False",
+     OracleTablesCreated().FailedStep("res501(KD_MOBILE_STATE)", kOracleState, 1031)},
+};
+
+INSTANTIATE_TEST_SUITE_P(Situations, MobileUpgrade832, ::testing::ValuesIn(kCases),
+                         [](const ::testing::TestParamInfo<Case832>& info) { return std::string(info.param.name); });
+
+}  // namespace
+}  // namespace kdvq::testing

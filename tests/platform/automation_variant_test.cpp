@@ -1,0 +1,157 @@
+// Basic's conversion rules at their edges.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+
+#include "platform/automation/collection.h"
+#include "platform/automation/variant.h"
+
+namespace automation {
+namespace {
+
+// The outcome of a conversion: its text form, or the error it raised.
+std::string Outcome(const std::function<std::string()>& convert) {
+    try {
+        return convert();
+    } catch (const BasicError& e) {
+        return "error " + std::to_string(e.Number()) + " " + e.Description();
+    }
+}
+
+struct ConversionCase {
+    const char* situation;
+    Variant input;
+    std::string clng, cint, cdbl, cstr, cbool;
+};
+
+TEST(VariantTest, ConversionsFollowBasicsRules) {
+    const std::string overflow = "error 6 Overflow";
+    const std::string mismatch = "error 13 Type mismatch";
+    const std::string null = "error 94 Invalid use of Null";
+    const std::vector<ConversionCase> cases = {
+        {"half rounds to even below", 2.5, "2", "2", "2.5", "2.5", "True"},
+        {"half rounds to even above", 3.5, "4", "4", "3.5", "3.5", "True"},
+        {"negative half rounds to even", -2.5, "-2", "-2", "-2.5", "-2.5", "True"},
+        {"just under the rounding point", 2.4999, "2", "2", "2.4999", "2.4999", "True"},
+        {"largest Long after rounding down", 2147483647.4, "2147483647", overflow, "2147483647.4", "2147483647.4",
+         "True"},
+        {"rounds past the largest Long", 2147483647.5, overflow, overflow, "2147483647.5", "2147483647.5", "True"},
+        {"smallest Long", -2147483648.0, "-2147483648", overflow, "-2147483648", "-2147483648", "True"},
+        {"largest Integer after rounding down", 32767.4, "32767", "32767", "32767.4", "32767.4", "True"},
+        {"rounds past the largest Integer", 32767.5, "32768", overflow, "32767.5", "32767.5", "True"},
+        {"smallest Integer", -32768.0, "-32768", "-32768", "-32768", "-32768", "True"},
+        {"large Double prints with an exponent", 1e20, overflow, overflow, "1E+20", "1E+20", "True"},
+        {"numeric text", "12", "12", "12", "12", "12", "True"},
+        {"numeric text with blanks and fraction", " 2.5 ", "2", "2", "2.5", " 2.5 ", "True"},
+        {"text with an exponent", "1e3", "1000", "1000", "1000", "1e3", "True"},
+        {"hex text of 16 bits is negative", "&HFFFF", "-1", "-1", "-1", "&HFFFF", "True"},
+        {"text that is no number", "abc", mismatch, mismatch, mismatch, "abc", mismatch},
+        {"empty text", "", mismatch, mismatch, mismatch, "", mismatch},
+        {"text True", "true", mismatch, mismatch, mismatch, "true", "True"},
+        {"Null", Variant::Null(), null, null, null, null, null},
+        {"Empty", Variant(), "0", "0", "0", "", "False"},
+        {"Boolean True is all bits set", Variant::Boolean(true), "-1", "-1", "-1", "True", "True"},
+        {"Boolean False", Variant::Boolean(false), "0", "0", "0", "False", "False"},
+        {"Integer", Variant::Integer(-7), "-7", "-7", "-7", "-7", "True"},
+        {"Long beyond Integer", Variant::Long(40000), "40000", overflow, "40000", "40000", "True"},
+        {"Long zero", Variant::Long(0), "0", "0", "0", "0", "False"},
+        {"Date", Variant::Date(45351.5), "45352", overflow, "45351.5", "2024-02-29 12:00:00", "True"},
+        {"Date with no time", Variant::Date(2), "2", "2", "2", "1900-01-01", "True"},
+        {"an object", Variant(com::ComPtr<com::IUnknown>(Collection::Create()->Unknown())), mismatch, mismatch,
+         mismatch, mismatch, mismatch},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.situation);
+        EXPECT_EQ(Outcome([&] { return std::to_string(c.input.CLng()); }), c.clng);
+        EXPECT_EQ(Outcome([&] { return std::to_string(c.input.CInt()); }), c.cint);
+        EXPECT_EQ(Outcome([&] { return FormatBasicDouble(c.input.CDbl()); }), c.cdbl);
+        EXPECT_EQ(Outcome([&] { return c.input.CStr(); }), c.cstr);
+        EXPECT_EQ(Outcome([&] { return std::string(c.input.CBool() ? "True" : "False"); }), c.cbool);
+    }
+}
+
+TEST(VariantTest, DescribeGivesTheTranscriptForm) {
+    VariantArray array;
+    array.items = {Variant::Long(1), Variant("a"), Variant::Null()};
+    const std::vector<std::pair<Variant, std::string>> cases = {
+        {Variant(), "Empty"},
+        {Variant::Null(), "Null"},
+        {Variant::Integer(12), "12"},
+        {Variant(2.5), "2.5"},
+        {Variant("it's"), "'it's'"},
+        {Variant(""), "''"},
+        {Variant::Boolean(true), "True"},
+        {Variant::Boolean(false), "False"},
+        {Variant::Date(45351.25), "#45351.25#"},
+        {Variant(com::ComPtr<com::IUnknown>()), "Nothing"},
+        {Variant(com::ComPtr<com::IUnknown>(Collection::Create()->Unknown())), "<object>"},
+        {Variant(array), "[1, 'a', Null]"},
+        {Variant(VariantArray{}), "[]"},
+    };
+    for (const auto& [value, expected] : cases) EXPECT_EQ(value.Describe(), expected);
+}
+
+TEST(VariantTest, BasicEqualityAndExactEquality) {
+    struct Case {
+        const char* situation;
+        Variant a, b;
+        bool basicEqual, exactEqual;
+    };
+    const std::vector<Case> cases = {
+        {"Integer and Long of one value", Variant::Integer(1), Variant::Long(1), true, false},
+        {"Long and Double of one value", Variant::Long(2), Variant(2.0), true, false},
+        {"number and numeric text differ", Variant::Long(1), Variant("1"), false, false},
+        {"text compares case-sensitively", Variant("A"), Variant("a"), false, false},
+        {"Empty equals empty text", Variant(), Variant(""), true, false},
+        {"Empty equals zero", Variant(), Variant::Long(0), true, false},
+        {"Null never equals", Variant::Null(), Variant::Null(), false, true},
+        {"True equals -1", Variant::Boolean(true), Variant::Long(-1), true, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.situation);
+        EXPECT_EQ(c.a.EqualsBasic(c.b), c.basicEqual);
+        EXPECT_EQ(c.b.EqualsBasic(c.a), c.basicEqual);
+        EXPECT_EQ(c.a == c.b, c.exactEqual);
+    }
+}
+
+TEST(VariantTest, ParseBasicNumberAcceptsOnlyWholeNumbers) {
+    const std::vector<std::pair<std::string, std::optional<double>>> cases = {
+        {"42", 42.0},      {"  -3.25\t", -3.25}, {"+.5", 0.5},      {"1D2", 100.0},  {"&H10", 16.0},
+        {"&o17", 15.0},    {"&HFFFFFFFF", -1.0}, {"&H10000", 65536.0},
+        {"", std::nullopt}, {"-", std::nullopt},  {".", std::nullopt}, {"1e", std::nullopt},
+        {"12abc", std::nullopt}, {"1 2", std::nullopt}, {"&H", std::nullopt}, {"&O8", std::nullopt},
+        {"&H123456789", std::nullopt},
+    };
+    for (const auto& [text, expected] : cases) {
+        SCOPED_TRACE(text);
+        double value = 0;
+        const bool parsed = ParseBasicNumber(text, &value);
+        EXPECT_EQ(parsed, expected.has_value());
+        if (parsed && expected) {
+            EXPECT_EQ(value, *expected);
+        }
+    }
+}
+
+TEST(VariantTest, CDateReadsIsoTextAndRejectsImpossibleDates) {
+    EXPECT_EQ(Variant("1899-12-30").CDate(), 0);
+    EXPECT_EQ(Variant("2024-02-29 12:00").CDate(), 45351.5);
+    EXPECT_EQ(Outcome([] { return std::to_string(Variant("2023-02-29").CDate()); }), "error 13 Type mismatch");
+    EXPECT_EQ(Variant::Date(-1.25).CStr(), "1899-12-29 06:00:00");
+    EXPECT_EQ(Variant("1899-12-29 06:00").CDate(), -1.25);
+}
+
+TEST(VariantTest, CopiedArraysAreIndependentValues) {
+    VariantArray items;
+    items.items = {Variant::Long(1)};
+    Variant original(items);
+    Variant copy = original;
+    copy.AsArray().items.push_back(Variant::Long(2));
+    EXPECT_EQ(original.Describe(), "[1]");
+    EXPECT_EQ(copy.Describe(), "[1, 2]");
+}
+
+}  // namespace
+}  // namespace automation

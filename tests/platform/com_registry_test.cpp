@@ -1,0 +1,171 @@
+// The registry file: round trip, order, corrupt files, where it lives.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "platform/automation/basic_error.h"
+#include "platform/com/runtime.h"
+#include "tests/platform/module/fixture.h"
+
+namespace com {
+namespace {
+
+const GUID kCategoryA = MakeGuid("{11111111-0000-0000-0000-000000000001}");
+const GUID kCategoryB = MakeGuid("{11111111-0000-0000-0000-000000000002}");
+
+ClassRegistration Class(const char* clsid, const char* name, std::vector<GUID> categories) {
+    return {MakeGuid(clsid), std::string("Test.") + name, name, "/opt/lib/lib" + std::string(name) + ".so",
+            std::move(categories)};
+}
+
+std::string Names(const std::vector<ClassRegistration>& classes) {
+    std::string out;
+    for (const auto& c : classes) out += (out.empty() ? "" : " ") + c.name;
+    return out;
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+void WriteFile(const std::string& path, const std::string& text) { std::ofstream(path) << text; }
+
+TEST(RegistryTest, SaveAndLoadRoundTripInRegistrationOrder) {
+    fixture::ScopedRegistryFile file;
+    Registry registry;
+    registry.RegisterClass(Class("{00000000-0000-0000-0000-00000000000C}", "Charlie", {kCategoryA}));
+    registry.RegisterClass(Class("{00000000-0000-0000-0000-00000000000A}", "Alpha", {kCategoryA, kCategoryB}));
+    registry.RegisterClass(Class("{00000000-0000-0000-0000-00000000000B}", "Bravo", {kCategoryB}));
+    // Replacing keeps the position; values with line breaks survive.
+    ClassRegistration odd = Class("{00000000-0000-0000-0000-00000000000C}", "Charlie", {kCategoryA});
+    odd.name = "Char\\lie\r\nsecond line";
+    registry.RegisterClass(odd);
+    registry.RegisterInterface(MakeGuid("{00000000-0000-0000-0000-0000000000F1}"), "IFirst", "/opt/lib/a.so");
+    registry.Save();  // creates the missing directory
+
+    const Registry loaded = Registry::Load();
+    EXPECT_EQ(Names(loaded.Classes()), "Char\\lie\r\nsecond line Alpha Bravo");
+    EXPECT_EQ(Names(loaded.ClassesOfCategory(kCategoryA)), "Char\\lie\r\nsecond line Alpha");
+    EXPECT_EQ(Names(loaded.ClassesOfCategory(kCategoryB)), "Alpha Bravo");
+    EXPECT_EQ(Names(loaded.ClassesOfCategory(MakeGuid("{99999999-0000-0000-0000-000000000000}"))), "");
+    const ClassRegistration* alpha = loaded.FindByProgId("test.ALPHA");
+    ASSERT_NE(alpha, nullptr);
+    EXPECT_EQ(alpha->libraryPath, "/opt/lib/libAlpha.so");
+    EXPECT_EQ(alpha->implementedCategories, (std::vector<GUID>{kCategoryA, kCategoryB}));
+    ASSERT_NE(loaded.FindInterface(MakeGuid("{00000000-0000-0000-0000-0000000000F1}")), nullptr);
+    EXPECT_EQ(loaded.FindInterface(MakeGuid("{00000000-0000-0000-0000-0000000000F1}"))->name, "IFirst");
+    EXPECT_EQ(ReadFile(file.Path()),
+              "; Component registry: classes and interface descriptions in registration order.\n"
+              "\n[Class {00000000-0000-0000-0000-00000000000C}]\nProgID=Test.Charlie\n"
+              "Name=Char\\\\lie\\r\\nsecond line\nLibrary=/opt/lib/libCharlie.so\n"
+              "Category={11111111-0000-0000-0000-000000000001}\n"
+              "\n[Class {00000000-0000-0000-0000-00000000000A}]\nProgID=Test.Alpha\nName=Alpha\n"
+              "Library=/opt/lib/libAlpha.so\nCategory={11111111-0000-0000-0000-000000000001}\n"
+              "Category={11111111-0000-0000-0000-000000000002}\n"
+              "\n[Class {00000000-0000-0000-0000-00000000000B}]\nProgID=Test.Bravo\nName=Bravo\n"
+              "Library=/opt/lib/libBravo.so\nCategory={11111111-0000-0000-0000-000000000002}\n"
+              "\n[Interface {00000000-0000-0000-0000-0000000000F1}]\nName=IFirst\nLibrary=/opt/lib/a.so\n");
+
+    Registry changed = loaded;
+    changed.UnregisterClass(MakeGuid("{00000000-0000-0000-0000-00000000000A}"));
+    changed.UnregisterInterface(MakeGuid("{00000000-0000-0000-0000-0000000000F1}"));
+    changed.Save();
+    EXPECT_EQ(Names(Registry::Load().Classes()), "Char\\lie\r\nsecond line Bravo");
+    EXPECT_TRUE(Registry::Load().Interfaces().empty());
+}
+
+TEST(RegistryTest, MissingFileIsAnEmptyRegistry) {
+    fixture::ScopedRegistryFile file;
+    EXPECT_TRUE(Registry::Load().Classes().empty());
+}
+
+TEST(RegistryTest, CorruptFilesRaiseNamingTheLine) {
+    struct Case {
+        const char* situation;
+        std::string text;
+        std::string reason;  // after "registry <path>, "
+    };
+    const std::vector<Case> cases = {
+        {"value outside a section", "ProgID=x\n", "line 1: value outside any section"},
+        {"unknown section", "; c\n[Thing {00000000-0000-0000-0000-000000000001}]\n",
+         "line 2: unknown section 'Thing {00000000-0000-0000-0000-000000000001}'"},
+        {"bad identifier", "[Class {nope}]\n", "line 1: malformed identifier '{nope}'"},
+        {"bad category", "[Class {00000000-0000-0000-0000-000000000001}]\nCategory=12\n",
+         "line 2: malformed identifier '12'"},
+        {"line without =", "[Class {00000000-0000-0000-0000-000000000001}]\ngarbage\n", "line 2: expected Key=Value"},
+        {"unknown key", "[Interface {00000000-0000-0000-0000-000000000001}]\nProgID=x\n",
+         "line 2: unknown key 'ProgID' in an interface"},
+        {"bad escape", "[Class {00000000-0000-0000-0000-000000000001}]\nName=a\\tb\n",
+         "line 2: bad escape in value of Name"},
+        {"unterminated header", "[Class {00000000-0000-0000-0000-000000000001}\n", "line 1: unterminated section header"},
+        {"class twice",
+         "[Class {00000000-0000-0000-0000-000000000001}]\n[Class {00000000-0000-0000-0000-000000000001}]\n",
+         "line 2: class {00000000-0000-0000-0000-000000000001} appears twice"},
+        {"binary garbage", std::string("\x7f" "ELF\x02\x01\x01\0\0\0", 10), "line 1: expected Key=Value"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.situation);
+        fixture::ScopedRegistryFile file;
+        Registry().Save();  // creates the directory
+        WriteFile(file.Path(), c.text);
+        try {
+            Registry::Load();
+            ADD_FAILURE() << "loaded";
+        } catch (const automation::BasicError& e) {
+            EXPECT_EQ(e.Number(), 321);
+            EXPECT_EQ(e.Source(), "kdplatform");
+            EXPECT_EQ(e.Description(), "Invalid file format: registry " + file.Path() + ", " + c.reason);
+        }
+    }
+}
+
+TEST(RegistryTest, UnwritableLocationRaises) {
+    fixture::ScopedRegistryFile file;
+    WriteFile(file.Dir() + "/sub", "a file where the directory should be");
+    try {
+        Registry().Save();
+        ADD_FAILURE() << "saved";
+    } catch (const automation::BasicError& e) {
+        EXPECT_EQ(e.Description(), "Path/File access error: cannot create directory " + file.Dir() + "/sub: Not a directory");
+    }
+}
+
+TEST(RegistryTest, PathComesFromTheEnvironment) {
+    struct Case {
+        const char* registry;
+        const char* config;
+        const char* home;
+        std::string expected;
+    };
+    const std::vector<Case> cases = {
+        {"/x/reg.ini", "/cfg", "/home/u", "/x/reg.ini"},
+        {nullptr, "/cfg", "/home/u", "/cfg/kdvq/registry.ini"},
+        {"", "", "/home/u", "/home/u/.config/kdvq/registry.ini"},
+        {nullptr, "relative", "/home/u", "/home/u/.config/kdvq/registry.ini"},
+    };
+    fixture::ScopedRegistryFile restoreRegistry;
+    const std::string savedConfig = getenv("XDG_CONFIG_HOME") ? getenv("XDG_CONFIG_HOME") : "";
+    const std::string savedHome = getenv("HOME") ? getenv("HOME") : "";
+    auto set = [](const char* name, const char* value) {
+        if (value) {
+            setenv(name, value, 1);
+        } else {
+            unsetenv(name);
+        }
+    };
+    for (const auto& c : cases) {
+        set("KDVQ_REGISTRY", c.registry);
+        set("XDG_CONFIG_HOME", c.config);
+        set("HOME", c.home);
+        EXPECT_EQ(RegistryPath(), c.expected);
+    }
+    set("XDG_CONFIG_HOME", savedConfig.empty() ? nullptr : savedConfig.c_str());
+    set("HOME", savedHome.c_str());
+}
+
+}  // namespace
+}  // namespace com

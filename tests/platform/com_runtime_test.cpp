@@ -1,0 +1,201 @@
+// Creating classes: from the process's own class objects, and from a
+// library found in the registry that is loaded, started per thread and
+// unloaded again.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "platform/com/error_info.h"
+#include "platform/com/runtime.h"
+#include "tests/platform/module/fixture.h"
+
+namespace com {
+namespace {
+
+const std::string kModulePath = KDVQ_TEST_MODULE_PATH;
+
+bool ModuleLoaded() {
+    void* handle = dlopen(kModulePath.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+    if (handle) dlclose(handle);
+    return handle != nullptr;
+}
+
+ComPtr<fixture::IWidget> NewWidget(HRESULT* hr = nullptr) {
+    return CreateInstance<fixture::IWidget>(fixture::CLSID_Widget, fixture::IID_IWidget, hr);
+}
+
+std::string PlatformPath() { return ModulePathOf(reinterpret_cast<const void*>(&FormatGuid)); }
+
+std::string Raised(HRESULT hr) {
+    try {
+        Check(hr);
+        return "nothing";
+    } catch (const automation::BasicError& e) {
+        return std::to_string(e.Number()) + "|" + e.Source() + "|" + e.Description();
+    }
+}
+
+// A stand-in widget the process registers itself.
+class ProcessWidget : public Object<ProcessWidget, fixture::IWidget> {
+public:
+    int32_t StartupsOnThisThread() override { return 99; }
+    HRESULT Refuse() override { return E_FAIL; }
+};
+
+class RuntimeTest : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_EQ(RegisterServer(kModulePath), S_OK); }
+    void TearDown() override {
+        CoFreeUnusedLibraries();
+        EXPECT_FALSE(ModuleLoaded()) << "a test left the library loaded";
+    }
+    fixture::ScopedRegistryFile registryFile_;
+};
+
+TEST_F(RuntimeTest, SelfRegistrationWritesTheClass) {
+    const Registry registry = Registry::Load();
+    ASSERT_EQ(registry.Classes().size(), 1u);
+    const ClassRegistration& widget = registry.Classes()[0];
+    EXPECT_EQ(FormatGuid(widget.clsid), "{6A18E58E-159D-4015-AFA0-3773EDB7E105}");
+    EXPECT_EQ(widget.progId, "kdvqFixture.Widget");
+    EXPECT_EQ(widget.libraryPath, kModulePath);
+    EXPECT_EQ(registry.ClassesOfCategory(fixture::CATID_Widgets).size(), 1u);
+    EXPECT_FALSE(ModuleLoaded());  // registration does not keep it
+
+    ASSERT_EQ(UnregisterServer(kModulePath), S_OK);
+    EXPECT_TRUE(Registry::Load().Classes().empty());
+    HRESULT hr = S_OK;
+    EXPECT_FALSE(NewWidget(&hr));
+    EXPECT_EQ(Raised(hr), "-2147221164|kdplatform|Class not registered: {6A18E58E-159D-4015-AFA0-3773EDB7E105}");
+}
+
+TEST_F(RuntimeTest, ProcessClassObjectsComeBeforeTheRegistry) {
+    const unsigned long cookie = RegisterClassObject(
+        fixture::CLSID_Widget,
+        MakeClassFactory([](REFIID iid, void** out) { return ProcessWidget::Create()->QueryInterface(iid, out); })
+            .Get());
+    EXPECT_EQ(NewWidget()->StartupsOnThisThread(), 99);
+    EXPECT_FALSE(ModuleLoaded());
+    RevokeClassObject(cookie);
+    EXPECT_EQ(NewWidget()->StartupsOnThisThread(), 1);  // now from the library
+}
+
+TEST_F(RuntimeTest, LibraryStartsOncePerThreadAndUnloadsWhenUnused) {
+    CLSID byProgId;
+    ASSERT_EQ(CLSIDFromProgID("KDVQFIXTURE.widget", &byProgId), S_OK);
+    EXPECT_EQ(byProgId, fixture::CLSID_Widget);
+
+    auto first = NewWidget();
+    auto second = NewWidget();
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(first->StartupsOnThisThread(), 1);
+    int32_t onOtherThread = 0;
+    std::thread([&] {
+        auto w = NewWidget();
+        onOtherThread = w->StartupsOnThisThread() + NewWidget()->StartupsOnThisThread();
+    }).join();
+    EXPECT_EQ(onOtherThread, 2);  // once there, seen by both objects
+    EXPECT_EQ(second->StartupsOnThisThread(), 1);
+
+    // Live objects keep the library.
+    CoFreeUnusedLibraries();
+    EXPECT_TRUE(ModuleLoaded());
+    first.Reset();
+    second.Reset();
+    CoFreeUnusedLibraries();
+    EXPECT_FALSE(ModuleLoaded());
+
+    // Loaded afresh, it is started afresh.
+    EXPECT_EQ(NewWidget()->StartupsOnThisThread(), 1);
+}
+
+TEST_F(RuntimeTest, ServerLockKeepsTheLibrary) {
+    ComPtr<IClassFactory> factory;
+    {
+        // The runtime hands out objects, not factories: reach the
+        // factory through the library's own entry point.
+        ASSERT_TRUE(NewWidget());
+        void* handle = dlopen(kModulePath.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+        ASSERT_NE(handle, nullptr);
+        auto get = reinterpret_cast<HRESULT (*)(const GUID&, const GUID&, void**)>(dlsym(handle, "DllGetClassObject"));
+        ASSERT_EQ(get(fixture::CLSID_Widget, IID_IClassFactory, factory.PutVoid()), S_OK);
+        dlclose(handle);
+    }
+    factory->LockServer(true);
+    factory.Reset();
+    CoFreeUnusedLibraries();
+    EXPECT_TRUE(ModuleLoaded());
+    {
+        void* handle = dlopen(kModulePath.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+        auto get = reinterpret_cast<HRESULT (*)(const GUID&, const GUID&, void**)>(dlsym(handle, "DllGetClassObject"));
+        ASSERT_EQ(get(fixture::CLSID_Widget, IID_IClassFactory, factory.PutVoid()), S_OK);
+        dlclose(handle);
+    }
+    factory->LockServer(false);
+    factory.Reset();
+}
+
+TEST_F(RuntimeTest, FailuresCarryTheirErrorInfo) {
+    struct Case {
+        const char* situation;
+        std::function<HRESULT()> call;
+        std::string raised;
+    };
+    const std::vector<Case> cases = {
+        {"a method of a library object fails", [] { return NewWidget()->Refuse(); }, "5|kdvqFixture|widget refused"},
+        {"a creation function raises",
+         [] {
+             auto factory = MakeClassFactory([](REFIID, void**) -> HRESULT { automation::RaiseBasic(7, "maker"); });
+             ComPtr<IUnknown> object;
+             return factory->CreateInstance(nullptr, IID_IUnknown, object.PutVoid());
+         },
+         "7|maker|Out of memory"},
+        {"the library lacks the interface",
+         [] {
+             ComPtr<IClassFactory> wrong;
+             return CoCreateInstance(fixture::CLSID_Widget, IID_IClassFactory, wrong.PutVoid());
+         },
+         "-2147467262||No such interface supported"},
+        {"the registered library is missing",
+         [] {
+             Registry registry = Registry::Load();
+             registry.RegisterClass({fixture::CLSID_Widget, "x", "x", "/nonexistent/libx.so", {}});
+             registry.Save();
+             HRESULT hr = S_OK;
+             NewWidget(&hr);
+             return hr;
+         },
+         "48|kdplatform|Error in loading DLL: /nonexistent/libx.so: cannot open shared object file: No such file or "
+         "directory"},
+        {"no such library to register", [] { return RegisterServer("/nonexistent/liby.so"); },
+         "48|kdplatform|Error in loading DLL: /nonexistent/liby.so: cannot open shared object file: No such file or "
+         "directory"},
+        {"a library without registration", [] { return RegisterServer(PlatformPath()); },
+         "453|kdplatform|Specified DLL function not found: DllRegisterServer in " + PlatformPath()},
+        {"an unknown ProgID",
+         [] {
+             CLSID clsid;
+             return CLSIDFromProgID("No.Such", &clsid);
+         },
+         "-2147221164|kdplatform|Class not registered: No.Such"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.situation);
+        EXPECT_EQ(Raised(c.call()), c.raised);
+    }
+}
+
+TEST(ModuleInfoTest, NamesTheModuleHoldingAnAddress) {
+    void* handle = dlopen(kModulePath.c_str(), RTLD_LAZY);
+    ASSERT_NE(handle, nullptr);
+    const void* inModule = dlsym(handle, "DllGetClassObject");
+    EXPECT_EQ(ModuleNameOf(inModule), "kdvq_test_module");
+    EXPECT_EQ(ModulePathOf(inModule), kModulePath);
+    dlclose(handle);
+    EXPECT_EQ(ModuleNameOf(reinterpret_cast<const void*>(&FormatGuid)), "kdplatform");
+    EXPECT_EQ(ModuleNameOf(reinterpret_cast<const void*>(&kModulePath)), "test_platform");
+}
+
+}  // namespace
+}  // namespace com

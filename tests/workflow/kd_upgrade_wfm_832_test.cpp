@@ -1,0 +1,217 @@
+#include <gtest/gtest.h>
+
+#include "tests/workflow/scripted_run.h"
+
+namespace kdvq::testing {
+namespace {
+
+const std::string kCopyText = "Updating DATABASE_ID column in KD_WMS_DESIGN table";
+const std::string kExecuteTag = "KDUpgradeWFM832::IKDVqDatabaseUpgrader_Execute";
+
+Lines Enabled832(const std::string& prefix = "") {
+    return Join({{Opened("SELECT * FROM " + prefix + "KD_WMS_DESIGN"),
+                  Opened("SELECT * FROM " + prefix + "KD_WMS_WORK_REQUEST")},
+                 EnabledLines(prefix)});
+}
+
+// Workflow version 1206, the design tables there; the core version table
+// holds the repository's id.
+void Repository(ado::ScriptedProvider& p, const Variant& databaseId, const std::string& prefix = "") {
+    WorkflowRepository(p, 1206, prefix);
+    p.AnswerQuery("SELECT * FROM " + prefix + "KD_WMS_DESIGN", {});
+    p.AnswerQuery("SELECT * FROM " + prefix + "KD_WMS_WORK_REQUEST", {});
+    p.AnswerQuery("select DATABASE_ID from " + prefix + "KD_VQ_DB_VERSION", Rows("DATABASE_ID", {databaseId}));
+    p.AnswerQuery("SELECT * FROM " + prefix + "KD_VQ_DB_VERSION", {{"VERSION", "DATABASE_ID"}, {{1601, databaseId}}});
+}
+
+// The design's DATABASE_ID column answers once it was added.
+void FreshColumns(ado::ScriptedProvider& p, const std::string& addDatabaseId) {
+    AnswerOnceCreated(p, {{"select DATABASE_ID from KD_WMS_DESIGN", {addDatabaseId}, {}}});
+}
+
+const Lines kAllColumnsPresent = {Opened("select WORKSPACE_DB_PROPERTIES from KD_WMS_DESIGN"),
+                                  Opened("select DATABASE_ID from KD_WMS_DESIGN")};
+const Lines kLaterColumnsPresent = {Opened("select ENTERPRISE_ID from KD_WMS_DESIGN"),
+                                    Opened("select ENTERPRISE_ID from KD_WMS_WORK_REQUEST"),
+                                    Opened("select UNIQUE_ID from KD_WMS_WORK_REQUEST")};
+
+TEST(KDUpgradeWFM832, ScriptedSituations) {
+    const std::vector<Situation> table = {
+        {"oracle, fresh columns: the repository id goes into every design", kOracle,
+         [](auto& p, auto&) {
+             Repository(p, "REPO-7");
+             FreshColumns(p, "Alter table KD_WMS_DESIGN add DATABASE_ID VARCHAR2(64)");
+         },
+         true,
+         Join({Enabled832(),
+               {Missing("select WORKSPACE_DB_PROPERTIES from KD_WMS_DESIGN")},
+               Step("Adding WORKSPACE_DB_PROPERTIES column to KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN add WORKSPACE_DB_PROPERTIES VARCHAR2(255)"),
+               {Missing("select DATABASE_ID from KD_WMS_DESIGN")},
+               Step("Adding DATABASE_ID column to KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN add DATABASE_ID VARCHAR2(64)"),
+               {Opened("select DATABASE_ID from KD_VQ_DB_VERSION"), Opened("SELECT * FROM KD_VQ_DB_VERSION"),
+                Opened("select DATABASE_ID from KD_WMS_DESIGN")},
+               Step(kCopyText, "Update KD_WMS_DESIGN set DATABASE_ID='REPO-7'"),
+               {Missing("select ENTERPRISE_ID from KD_WMS_DESIGN")},
+               Step("Adding ENTERPRISE_ID column to KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN add ENTERPRISE_ID NUMBER(38)"),
+               {Missing("select ENTERPRISE_ID from KD_WMS_WORK_REQUEST")},
+               Step("Adding ENTERPRISE_ID column to KD_WMS_WORK_REQUEST table",
+                    "Alter table KD_WMS_WORK_REQUEST add ENTERPRISE_ID NUMBER(38)"),
+               {Missing("select UNIQUE_ID from KD_WMS_WORK_REQUEST")},
+               Step("Adding UNIQUE_ID column to KD_WMS_WORK_REQUEST table",
+                    "Alter table KD_WMS_WORK_REQUEST add UNIQUE_ID VARCHAR2(64)"),
+               VersionWritten(1601)})},
+        {"sql server, fresh columns: the repository id goes into every design", kSqlServer,
+         [](auto& p, auto&) {
+             Repository(p, "REPO-7");
+             FreshColumns(p, "Alter table KD_WMS_DESIGN add DATABASE_ID VARCHAR(64)");
+         },
+         true,
+         Join({Enabled832(),
+               {Missing("select WORKSPACE_DB_PROPERTIES from KD_WMS_DESIGN")},
+               Step("Adding WORKSPACE_DB_PROPERTIES column to KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN add WORKSPACE_DB_PROPERTIES VARCHAR(255)"),
+               {Missing("select DATABASE_ID from KD_WMS_DESIGN")},
+               Step("Adding DATABASE_ID column to KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN add DATABASE_ID VARCHAR(64)"),
+               {Opened("select DATABASE_ID from KD_VQ_DB_VERSION"), Opened("SELECT * FROM KD_VQ_DB_VERSION"),
+                Opened("select DATABASE_ID from KD_WMS_DESIGN")},
+               Step(kCopyText, "Update KD_WMS_DESIGN set DATABASE_ID='REPO-7'"),
+               {Missing("select ENTERPRISE_ID from KD_WMS_DESIGN")},
+               Step("Adding ENTERPRISE_ID column to KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN add ENTERPRISE_ID INT"),
+               {Missing("select ENTERPRISE_ID from KD_WMS_WORK_REQUEST")},
+               Step("Adding ENTERPRISE_ID column to KD_WMS_WORK_REQUEST table",
+                    "Alter table KD_WMS_WORK_REQUEST add ENTERPRISE_ID INT"),
+               {Missing("select UNIQUE_ID from KD_WMS_WORK_REQUEST")},
+               Step("Adding UNIQUE_ID column to KD_WMS_WORK_REQUEST table",
+                    "Alter table KD_WMS_WORK_REQUEST add UNIQUE_ID VARCHAR(64)"),
+               VersionWritten(1601)})},
+        {"sql server with a prefix: only the id copy names the prefixed tables", kSqlServer,
+         [](auto& p, auto&) {
+             Repository(p, "R1", "P_");
+             p.SetUnknownQueriesSucceed(true);
+         },
+         true,
+         Join({Enabled832("P_"), kAllColumnsPresent,
+               {Opened("select DATABASE_ID from P_KD_VQ_DB_VERSION"), Opened("SELECT * FROM P_KD_VQ_DB_VERSION"),
+                Opened("select DATABASE_ID from P_KD_WMS_DESIGN")},
+               Step(kCopyText, "Update P_KD_WMS_DESIGN set DATABASE_ID='R1'"), kLaterColumnsPresent,
+               VersionWritten(1601, "P_")}),
+         "P_"},
+        {"oracle, no DATABASE_ID in the core version table: designs untouched", kOracle,
+         [](auto& p, auto&) {
+             Repository(p, "unused");
+             p.SetUnknownQueriesSucceed(true);
+             p.FailQuery("select DATABASE_ID from KD_VQ_DB_VERSION");
+         },
+         true,
+         Join({Enabled832(), kAllColumnsPresent, {Missing("select DATABASE_ID from KD_VQ_DB_VERSION")},
+               kLaterColumnsPresent, VersionWritten(1601)})},
+        {"oracle, Null id: designs untouched", kOracle,
+         [](auto& p, auto&) {
+             Repository(p, Variant::Null());
+             p.SetUnknownQueriesSucceed(true);
+         },
+         true,
+         Join({Enabled832(), kAllColumnsPresent,
+               {Opened("select DATABASE_ID from KD_VQ_DB_VERSION"), Opened("SELECT * FROM KD_VQ_DB_VERSION")},
+               kLaterColumnsPresent, VersionWritten(1601)})},
+        {"sql server, a failed column: later steps still run, no version", kSqlServer,
+         [](auto& p, auto&) {
+             Repository(p, Variant::Null());
+             p.FailExecute("Alter table KD_WMS_DESIGN add WORKSPACE_DB_PROPERTIES VARCHAR(255)", {4902});
+         },
+         false,
+         Join({Enabled832(),
+               {Missing("select WORKSPACE_DB_PROPERTIES from KD_WMS_DESIGN")},
+               FailedStep("Adding WORKSPACE_DB_PROPERTIES column to KD_WMS_DESIGN table",
+                          "Alter table KD_WMS_DESIGN add WORKSPACE_DB_PROPERTIES VARCHAR(255)", 4902, 1),
+               {Missing("select DATABASE_ID from KD_WMS_DESIGN")},
+               Step("Adding DATABASE_ID column to KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN add DATABASE_ID VARCHAR(64)"),
+               {Opened("select DATABASE_ID from KD_VQ_DB_VERSION"), Opened("SELECT * FROM KD_VQ_DB_VERSION")},
+               {Missing("select ENTERPRISE_ID from KD_WMS_DESIGN")},
+               Step("Adding ENTERPRISE_ID column to KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN add ENTERPRISE_ID INT"),
+               {Missing("select ENTERPRISE_ID from KD_WMS_WORK_REQUEST")},
+               Step("Adding ENTERPRISE_ID column to KD_WMS_WORK_REQUEST table",
+                    "Alter table KD_WMS_WORK_REQUEST add ENTERPRISE_ID INT"),
+               {Missing("select UNIQUE_ID from KD_WMS_WORK_REQUEST")},
+               Step("Adding UNIQUE_ID column to KD_WMS_WORK_REQUEST table",
+                    "Alter table KD_WMS_WORK_REQUEST add UNIQUE_ID VARCHAR(64)")})},
+        {"sql server, the id cannot be read: raised under the Oracle routine's tag", kSqlServer,
+         [](auto& p, auto&) {
+             Repository(p, "unused");
+             p.SetUnknownQueriesSucceed(true);
+             p.FailQuery("SELECT * FROM KD_VQ_DB_VERSION");
+         },
+         false,
+         Join({Enabled832(), kAllColumnsPresent,
+               {Opened("select DATABASE_ID from KD_VQ_DB_VERSION"), Missing("SELECT * FROM KD_VQ_DB_VERSION")},
+               RaisedThrough(kExecuteTag, "KDUpgradeWFM832::UpgradeOracle", "table or view does not exist")}),
+         "", 9999, kExecuteTag + "\r\nKDUpgradeWFM832::UpgradeOracle\r\ntable or view does not exist"},
+    };
+    ExpectSituations(New_KDUpgradeWFM832, table);
+}
+
+// Against a real database: what the designs hold after the run, for each
+// state of the repository's id.
+TEST(KDUpgradeWFM832, DatabaseIdCopiedIntoDesigns) {
+    struct Case {
+        const char* name;
+        const char* coreVersionTable;
+        const char* designColumn;  // extra column statement of KD_WMS_DESIGN, or ""
+        std::vector<std::string> designs;
+    };
+    const Case cases[] = {
+        {"no DATABASE_ID column", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT);\nINSERT INTO KD_VQ_DB_VERSION VALUES (1601)",
+         "", {"1|Null", "2|Null"}},
+        {"no row", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64))", "", {"1|Null", "2|Null"}},
+        {"Null id", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
+                    "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, NULL)",
+         "", {"1|Null", "2|Null"}},
+        {"empty id", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
+                     "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, '')",
+         "", {"1|Null", "2|Null"}},
+        {"an id", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
+                  "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, 'Repo 2024-A')",
+         "", {"1|'Repo 2024-A'", "2|'Repo 2024-A'"}},
+        {"an id overwrites what designs held", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
+                                               "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, 'NEW')",
+         "ALTER TABLE KD_WMS_DESIGN ADD DATABASE_ID VARCHAR(64);\nUPDATE KD_WMS_DESIGN SET DATABASE_ID = 'OLD' WHERE ID = 1",
+         {"1|'NEW'", "2|'NEW'"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        TestHost host;
+        TempDir dir;
+        auto cn = OpenSqlite(dir.File("repo.db"));
+        ExecAll(cn.Get(),
+                "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
+                "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
+                "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT);\n"
+                "INSERT INTO KD_WMS_DB_VERSION VALUES (1206);\n"
+                "CREATE TABLE KD_WMS_DESIGN (ID INT);\n"
+                "INSERT INTO KD_WMS_DESIGN VALUES (1);\n"
+                "INSERT INTO KD_WMS_DESIGN VALUES (2);\n"
+                "CREATE TABLE KD_WMS_WORK_REQUEST (ID INT)");
+        ExecAll(cn.Get(), c.coreVersionTable);
+        if (*c.designColumn) ExecAll(cn.Get(), c.designColumn);
+
+        UpgraderPtr up = New_KDUpgradeWFM832();
+        ASSERT_TRUE(CallEnabled(up.Get(), host.Login(cn.Get()).Get(), 1601));
+        EXPECT_TRUE(CallExecute(up.Get(), host.Callback().Get()));
+        EXPECT_EQ(QueryRows(cn.Get(), "SELECT ID, DATABASE_ID FROM KD_WMS_DESIGN ORDER BY ID"), c.designs);
+        EXPECT_EQ(QueryRows(cn.Get(), "SELECT WORKSPACE_DB_PROPERTIES, ENTERPRISE_ID FROM KD_WMS_DESIGN WHERE ID = 1"),
+                  (std::vector<std::string>{"Null|Null"}));
+        EXPECT_EQ(QueryRows(cn.Get(), "SELECT ENTERPRISE_ID, UNIQUE_ID FROM KD_WMS_WORK_REQUEST"),
+                  std::vector<std::string>{});
+        EXPECT_EQ(QueryRows(cn.Get(), "SELECT VERSION FROM KD_WMS_DB_VERSION"), (std::vector<std::string>{"1601"}));
+    }
+}
+
+}  // namespace
+}  // namespace kdvq::testing

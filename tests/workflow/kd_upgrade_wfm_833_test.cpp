@@ -1,0 +1,234 @@
+#include <gtest/gtest.h>
+
+#include "tests/workflow/scripted_run.h"
+
+namespace kdvq::testing {
+namespace {
+
+const std::string kExecuteTag = "KDUpgradeWFM833::IKDVqDatabaseUpgrader_Execute";
+const std::string kDropConstraint = "Alter table KD_WMS_DESIGN drop constraint MOBILE_PACKET_ID";
+
+Lines Enabled833(const std::string& prefix = "") {
+    return Join({{Opened("SELECT * FROM " + prefix + "KD_WMS_WORK_FUNCTION")}, EnabledLines(prefix)});
+}
+
+// Workflow version 1601 with the work function table; the repository's id
+// in the core version table and a DATABASE_ID column in the designs.
+void Repository(ado::ScriptedProvider& p, const std::string& prefix = "") {
+    WorkflowRepository(p, 1601, prefix);
+    p.AnswerQuery("SELECT * FROM " + prefix + "KD_WMS_WORK_FUNCTION", {});
+    p.AnswerQuery("select DATABASE_ID from " + prefix + "KD_VQ_DB_VERSION", Rows("DATABASE_ID", {"R1"}));
+    p.AnswerQuery("SELECT * FROM " + prefix + "KD_VQ_DB_VERSION", {{"VERSION", "DATABASE_ID"}, {{1926, "R1"}}});
+    p.AnswerQuery("select DATABASE_ID from " + prefix + "KD_WMS_DESIGN", {});
+}
+
+// Everything of 8.3.3 already in place except what the row names.
+void Complete(ado::ScriptedProvider& p, const std::string& prefix = "") {
+    Repository(p, prefix);
+    p.SetUnknownQueriesSucceed(true);
+    p.FailQuery("select MOBILE_PACKET_ID from " + prefix + "KD_WMS_DESIGN");
+}
+
+Lines DesignTypeRows(bool oracle) {
+    if (oracle) {
+        return Join({Step("Adding 'Electric' to KD_WMS_DESIGN_TYPE table.",
+                          "Insert into KD_WMS_DESIGN_TYPE columns (ID, DESIGN_TYPE) values (1, 'Electric')"),
+                     Step("Adding 'Gas' to KD_WMS_DESIGN_TYPE table.",
+                          "Insert into KD_WMS_DESIGN_TYPE columns (ID, DESIGN_TYPE) values (2,'Gas')"),
+                     Step("Adding 'Water' to KD_WMS_DESIGN_TYPE table.",
+                          "Insert into KD_WMS_DESIGN_TYPE columns (ID, DESIGN_TYPE) values (3,'Water')")});
+    }
+    return Join({Step("Adding 'Electric' to KD_WMS_DESIGN_TYPE table.",
+                      "Insert into KD_WMS_DESIGN_TYPE (ID, DESIGN_TYPE) values (1, 'Electric');"),
+                 Step("Adding 'Gas' to KD_WMS_DESIGN_TYPE table.",
+                      "Insert into KD_WMS_DESIGN_TYPE (ID, DESIGN_TYPE) values (2,'Gas');"),
+                 Step("Adding 'Water' to KD_WMS_DESIGN_TYPE table.",
+                      "Insert into KD_WMS_DESIGN_TYPE (ID, DESIGN_TYPE) values (3,'Water');")});
+}
+
+const Lines kSubtasks = Join(
+    {Step("Updating kdWorkflowSubtasks.clsMobileSync subtask to use kdVqSubtasks.clsMobileSync.",
+          "update kd_vq_subtasks set subtask_object = 'kdVqSubtasks.clsMobileSync' where subtask_object = "
+          "'kdWorkflowSubtasks.clsMobileSync'"),
+     Step("Updating kdWorkflowSubtasks.clsEnterpriseUpdate subtask to use kdVqSubtasks.clsEnterpriseUpdate.",
+          "update kd_vq_subtasks set subtask_object = 'kdVqSubtasks.clsEnterpriseUpdate' where subtask_object = "
+          "'kdWorkflowSubtasks.clsEnterpriseUpdate'")});
+
+const Lines kWidening = Step("Increasing the width of the description field in kd_wms_compatible_unit_library table to 255.",
+                             "alter table kd_wms_compatible_unit_library modify (description varchar2(255))");
+
+Lines DatabaseIdCopied(const std::string& prefix = "") {
+    return Join({{Opened("select DATABASE_ID from " + prefix + "KD_VQ_DB_VERSION"),
+                  Opened("SELECT * FROM " + prefix + "KD_VQ_DB_VERSION"),
+                  Opened("select DATABASE_ID from " + prefix + "KD_WMS_DESIGN")},
+                 Step("Updating DATABASE_ID column in " + prefix + "KD_WMS_DESIGN table",
+                      "Update " + prefix + "KD_WMS_DESIGN set DATABASE_ID='R1'")});
+}
+
+TEST(KDUpgradeWFM833, ScriptedSituations) {
+    const std::vector<Situation> table = {
+        {"oracle, fresh: the packet column dropped although its constraint is missing, design types created", kOracle,
+         [](auto& p, auto&) {
+             Repository(p);
+             p.AnswerQuery("select MOBILE_PACKET_ID from KD_WMS_DESIGN", {});
+             p.FailExecute(kDropConstraint, {2443}, "cannot drop nonexistent constraint");
+         },
+         true,
+         Join({Enabled833(),
+               {Missing("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION")},
+               Step("Adding APPLY_MATERIAL column to KD_WMS_WORK_FUNCTION table",
+                    "Alter table KD_WMS_WORK_FUNCTION add APPLY_MATERIAL NUMBER(8)"),
+               {Opened("select MOBILE_PACKET_ID from KD_WMS_DESIGN"), "EXEC " + kDropConstraint + " => ERROR 2443"},
+               Step("Dropping MOBILE_PACKET_ID column from KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN drop column MOBILE_PACKET_ID"),
+               {Missing("SELECT * FROM KD_WMS_DESIGN_TYPE")},
+               Step("res501(KD_WMS_DESIGN_TYPE)", "create table KD_WMS_DESIGN_TYPE (ID NUMBER(38), DESIGN_TYPE VARCHAR2(64))"),
+               {"START res603"},
+               DesignTypeRows(true),
+               {Missing("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
+               Step("Adding DESIGN_TYPE_ID column to KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN add DESIGN_TYPE_ID NUMBER(38)"),
+               kSubtasks, kWidening, DatabaseIdCopied(), VersionWritten(2408)})},
+        {"sql server, fresh: no widening", kSqlServer,
+         [](auto& p, auto&) {
+             Repository(p);
+             p.AnswerQuery("select MOBILE_PACKET_ID from KD_WMS_DESIGN", {});
+         },
+         true,
+         Join({Enabled833(),
+               {Missing("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION")},
+               Step("Adding APPLY_MATERIAL column to KD_WMS_WORK_FUNCTION table",
+                    "Alter table KD_WMS_WORK_FUNCTION add APPLY_MATERIAL smallint"),
+               {Opened("select MOBILE_PACKET_ID from KD_WMS_DESIGN"), "EXEC " + kDropConstraint},
+               Step("Dropping MOBILE_PACKET_ID column from KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN drop column MOBILE_PACKET_ID"),
+               {Missing("SELECT * FROM KD_WMS_DESIGN_TYPE")},
+               Step("res501(KD_WMS_DESIGN_TYPE)", "create table KD_WMS_DESIGN_TYPE (ID INT, DESIGN_TYPE VARCHAR(64))"),
+               {"START res603"},
+               DesignTypeRows(false),
+               {Missing("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
+               Step("Adding DESIGN_TYPE_ID column to KD_WMS_DESIGN table",
+                    "Alter table KD_WMS_DESIGN add DESIGN_TYPE_ID INT"),
+               kSubtasks, DatabaseIdCopied(), VersionWritten(2408)})},
+        {"oracle, design types already there: no create, no rows", kOracle, [](auto& p, auto&) { Complete(p); }, true,
+         Join({Enabled833(),
+               {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
+                Opened("SELECT * FROM KD_WMS_DESIGN_TYPE"), Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
+               kSubtasks, kWidening, DatabaseIdCopied(), VersionWritten(2408)})},
+        {"sql server, failed create: no table-created text, the rows still inserted", kSqlServer,
+         [](auto& p, auto&) {
+             Complete(p);
+             p.FailQuery("SELECT * FROM KD_WMS_DESIGN_TYPE");
+             p.FailExecute("create table KD_WMS_DESIGN_TYPE (ID INT, DESIGN_TYPE VARCHAR(64))", {2714});
+         },
+         false,
+         Join({Enabled833(),
+               {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
+                Missing("SELECT * FROM KD_WMS_DESIGN_TYPE")},
+               FailedStep("res501(KD_WMS_DESIGN_TYPE)", "create table KD_WMS_DESIGN_TYPE (ID INT, DESIGN_TYPE VARCHAR(64))",
+                          2714, 1),
+               DesignTypeRows(false),
+               {Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
+               kSubtasks, DatabaseIdCopied()})},
+        {"sql server with a prefix: the design tests, drops and id copy carry it", kSqlServer,
+         [](auto& p, auto&) {
+             Repository(p, "P_");
+             p.AnswerQuery("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION", {});
+             p.AnswerQuery("select MOBILE_PACKET_ID from P_KD_WMS_DESIGN", {});
+             p.AnswerQuery("SELECT * FROM P_KD_WMS_DESIGN_TYPE", {});
+             p.AnswerQuery("select DESIGN_TYPE_ID from P_KD_WMS_DESIGN", {});
+         },
+         true,
+         Join({Enabled833("P_"),
+               {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Opened("select MOBILE_PACKET_ID from P_KD_WMS_DESIGN"),
+                "EXEC Alter table P_KD_WMS_DESIGN drop constraint MOBILE_PACKET_ID"},
+               Step("Dropping MOBILE_PACKET_ID column from KD_WMS_DESIGN table",
+                    "Alter table P_KD_WMS_DESIGN drop column MOBILE_PACKET_ID"),
+               {Opened("SELECT * FROM P_KD_WMS_DESIGN_TYPE"), Opened("select DESIGN_TYPE_ID from P_KD_WMS_DESIGN")},
+               kSubtasks, DatabaseIdCopied("P_"), VersionWritten(2408, "P_")}),
+         "P_"},
+        {"oracle, no repository id to copy: the run answers False", kOracle,
+         [](auto& p, auto&) {
+             Complete(p);
+             p.FailQuery("select DATABASE_ID from KD_VQ_DB_VERSION");
+         },
+         false,
+         Join({Enabled833(),
+               {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
+                Opened("SELECT * FROM KD_WMS_DESIGN_TYPE"), Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
+               kSubtasks, kWidening, {Missing("select DATABASE_ID from KD_VQ_DB_VERSION")}})},
+        {"sql server, the id copy fails: raised under the SQL Server routine's tag", kSqlServer,
+         [](auto& p, auto&) {
+             Complete(p);
+             p.FailQuery("SELECT * FROM KD_VQ_DB_VERSION");
+         },
+         false,
+         Join({Enabled833(),
+               {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
+                Opened("SELECT * FROM KD_WMS_DESIGN_TYPE"), Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
+               kSubtasks,
+               {Opened("select DATABASE_ID from KD_VQ_DB_VERSION"), Missing("SELECT * FROM KD_VQ_DB_VERSION"),
+                "LOG 1 kdVqUpgraders:\\r\\nmodMain::UpdateDatabaseId\\r\\nObject variable or With block variable not set"},
+               RaisedThrough(kExecuteTag, "KDUpgradeWFM833::UpgradeMSSQLSchema",
+                             "modMain::UpdateDatabaseId\\r\\nObject variable or With block variable not set")}),
+         "", 9999,
+         kExecuteTag +
+             "\r\nKDUpgradeWFM833::UpgradeMSSQLSchema\r\nmodMain::UpdateDatabaseId\r\nObject variable or With block "
+             "variable not set"},
+    };
+    ExpectSituations(New_KDUpgradeWFM833, table);
+}
+
+// Against a real database: where the design types already exist they are
+// neither created nor added again; the subtasks move to their core classes
+// and the packet column goes.
+TEST(KDUpgradeWFM833, RealRepositoryWithDesignTypes) {
+    struct Case {
+        const char* name;
+        const char* designTypes;
+        std::vector<std::string> rowsAfter;
+    };
+    const Case cases[] = {
+        {"design types already there", "CREATE TABLE KD_WMS_DESIGN_TYPE (ID INT, DESIGN_TYPE VARCHAR(64));\n"
+                                       "INSERT INTO KD_WMS_DESIGN_TYPE VALUES (1, 'Electric');\n"
+                                       "INSERT INTO KD_WMS_DESIGN_TYPE VALUES (2, 'Gas');\n"
+                                       "INSERT INTO KD_WMS_DESIGN_TYPE VALUES (3, 'Water');\n"
+                                       "INSERT INTO KD_WMS_DESIGN_TYPE VALUES (4, 'Steam')",
+         {"1|'Electric'", "2|'Gas'", "3|'Water'", "4|'Steam'"}},
+        {"design types created with their rows", "", {"1|'Electric'", "2|'Gas'", "3|'Water'"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        TestHost host;
+        TempDir dir;
+        auto cn = OpenSqlite(dir.File("repo.db"));
+        ExecAll(cn.Get(),
+                "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
+                "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
+                "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
+                "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, 'R1');\n"
+                "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT);\n"
+                "INSERT INTO KD_WMS_DB_VERSION VALUES (1601);\n"
+                "CREATE TABLE KD_WMS_WORK_FUNCTION (ID INT);\n"
+                "CREATE TABLE KD_WMS_DESIGN (ID INT, MOBILE_PACKET_ID INT, DATABASE_ID VARCHAR(64));\n"
+                "INSERT INTO KD_WMS_DESIGN VALUES (8, 80, NULL);\n"
+                "CREATE TABLE KD_VQ_SUBTASKS (SUBTASK_ID INT, SUBTASK_OBJECT VARCHAR(128));\n"
+                "INSERT INTO KD_VQ_SUBTASKS VALUES (1, 'kdWorkflowSubtasks.clsMobileSync');\n"
+                "INSERT INTO KD_VQ_SUBTASKS VALUES (2, 'kdWorkflowSubtasks.clsEnterpriseUpdate');\n"
+                "INSERT INTO KD_VQ_SUBTASKS VALUES (3, 'kdWorkflowSubtasks.clsMobileUpdate')");
+        if (*c.designTypes) ExecAll(cn.Get(), c.designTypes);
+
+        UpgraderPtr up = New_KDUpgradeWFM833();
+        ASSERT_TRUE(CallEnabled(up.Get(), host.Login(cn.Get()).Get(), 1926));
+        EXPECT_TRUE(CallExecute(up.Get(), host.Callback().Get()));
+        EXPECT_EQ(QueryRows(cn.Get(), "SELECT ID, DESIGN_TYPE FROM KD_WMS_DESIGN_TYPE ORDER BY ID"), c.rowsAfter);
+        EXPECT_EQ(QueryRows(cn.Get(), "SELECT * FROM KD_WMS_DESIGN"), (std::vector<std::string>{"8|'R1'|Null"}));
+        EXPECT_EQ(QueryRows(cn.Get(), "SELECT SUBTASK_ID, SUBTASK_OBJECT FROM KD_VQ_SUBTASKS ORDER BY SUBTASK_ID"),
+                  (std::vector<std::string>{"1|'kdVqSubtasks.clsMobileSync'", "2|'kdVqSubtasks.clsEnterpriseUpdate'",
+                                            "3|'kdWorkflowSubtasks.clsMobileUpdate'"}));
+        EXPECT_EQ(QueryRows(cn.Get(), "SELECT VERSION FROM KD_WMS_DB_VERSION"), (std::vector<std::string>{"2408"}));
+    }
+}
+
+}  // namespace
+}  // namespace kdvq::testing
