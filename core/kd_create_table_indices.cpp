@@ -50,10 +50,12 @@ void KDCreateTableIndices::AddIndices(Dialect dialect) {
             Starting("Creating Indices for the Orvane tables...");
             for (const TableIndex& index : CoreTableIndices()) CreateListedIndex(dialect, index);
         }
-        // On Oracle the workflow extension must also be registered.
+        // On Oracle the workflow extension must also be registered; both
+        // tests run, whatever the first one found.
         const bool workflowRegistered =
             dialect != Dialect::Oracle || VerifySupportedExtension(cn, prefix_, "KDWorkflowManager");
-        if (!workflowRegistered || !TableExists("KD_WMS_DB_VERSION", cn)) return false;
+        const bool workflowTables = TableExists("KD_WMS_DB_VERSION", cn);
+        if (!workflowRegistered || !workflowTables) return false;
         Starting("");
         Starting("Creating Indices for Workflow Manager tables...");
         for (const TableIndex& index : WorkflowTableIndices()) CreateListedIndex(dialect, index);

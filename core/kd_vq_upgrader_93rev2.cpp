@@ -27,9 +27,8 @@ KDVqUpgrader93rev2::KDVqUpgrader93rev2()
 bool KDVqUpgrader93rev2::OnExecute() {
     // The steps are numbered as the host's logs have always shown them
     // ("Error at line: "): a failure carries the number of the last step
-    // reached. Execute kept the callback at step 2.
+    // reached. Step 2, keeping the callback, is Execute's own.
     int32_t& erl = executeLine_;
-    erl = 2;
     erl = 4;
     com::ComPtr<automation::Dictionary> keys = automation::Dictionary::Create();
     erl = 6;

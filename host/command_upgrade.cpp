@@ -42,6 +42,7 @@ std::string DefaultLogPath(const Target& target) {
 
 int RunUpgradeCommand(const UpgradeOptions& options) {
     Target target = ParseTarget(options.db);
+    std::shared_ptr<const Settings> settings = LoadHostSettings(options.settings);
     if (target.IsFile()) CheckRepositoryFile(target.path);
     std::unique_ptr<RunLock> lock = RunLock::Acquire(target);
     if (target.IsFile()) CheckRepositoryDatabase(target.path, options.prefix, true);
@@ -52,7 +53,7 @@ int RunUpgradeCommand(const UpgradeOptions& options) {
     std::string logPath = options.log.empty() ? DefaultLogPath(target) : options.log;
     std::optional<std::string> databaseId;
     if (options.databaseIdOption->count() > 0) databaseId = options.databaseId;
-    HostSession host({logPath, databaseId, options.settings, &console});
+    HostSession host({logPath, databaseId, settings, &console});
     std::vector<UpgraderClassInfo> classes = UpgraderClasses(true);
 
     com::ComPtr<ado::Connection> connection = OpenRepository(target, options.prefix, false);

@@ -11,17 +11,6 @@ namespace {
 
 const char kStringTableFile[] = "strings.en.txt";
 
-std::shared_ptr<const Settings> LoadSettings(const std::vector<std::string>& options) {
-    auto settings = std::make_shared<Settings>();
-    try {
-        settings->LoadFile(Settings::DefaultPath());
-        for (const std::string& option : options) settings->ApplyOption(option);
-    } catch (const std::exception& e) {
-        throw BadInput(e.what());
-    }
-    return settings;
-}
-
 std::shared_ptr<const StringTable> LoadStrings() {
     try {
         return std::make_shared<StringTable>(StringTable::Load(FindResourceFile(kStringTableFile)));
@@ -44,8 +33,19 @@ std::shared_ptr<const InputBoxAnswers> Answers(const HostOptions& options) {
 
 }  // namespace
 
+std::shared_ptr<const Settings> LoadHostSettings(const std::vector<std::string>& options) {
+    auto settings = std::make_shared<Settings>();
+    try {
+        settings->LoadFile(Settings::DefaultPath());
+        for (const std::string& option : options) settings->ApplyOption(option);
+    } catch (const std::exception& e) {
+        throw BadInput(e.what());
+    }
+    return settings;
+}
+
 HostSession::HostSession(const HostOptions& options) {
-    configuration_.settings = LoadSettings(options.settings);
+    configuration_.settings = options.settings ? options.settings : LoadHostSettings({});
     configuration_.strings = LoadStrings();
     configuration_.answers = Answers(options);
     configuration_.log = std::make_shared<LogSink>(options.logPath);

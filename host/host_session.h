@@ -16,13 +16,17 @@ namespace kdhost {
 struct HostOptions {
     std::string logPath;                    // empty: the standard error stream
     std::optional<std::string> databaseId;  // answers the "Database ID" input box
-    std::vector<std::string> settings;      // --setting KEY/VALUENAME=VALUE
+    std::shared_ptr<const Settings> settings;  // null: the settings file alone
     Console* console = nullptr;             // its open line is ended before a prompt
 };
 
+// The settings file with the --setting options (KEY/VALUENAME=VALUE) over
+// it. Raises BadInput for a malformed option or file.
+std::shared_ptr<const Settings> LoadHostSettings(const std::vector<std::string>& options);
+
 class HostSession {
 public:
-    // Raises BadInput for a malformed setting, settings file or string table.
+    // Raises BadInput for a malformed settings file or string table.
     explicit HostSession(const HostOptions& options);
 
     LogSink& Log() { return *configuration_.log; }

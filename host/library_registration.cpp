@@ -5,6 +5,7 @@
 #include "host/bad_input.h"
 #include "host/category_service.h"
 #include "host/resource_files.h"
+#include "host/upgrader_calls.h"
 #include "platform/com/runtime.h"
 
 namespace kdhost {

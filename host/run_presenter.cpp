@@ -9,6 +9,8 @@ namespace {
 // The system-table names, a few per line.
 constexpr size_t kNamesPerLine = 4;
 
+// The console indents the lines after a text's first by two blanks more;
+// this adds to that.
 std::string Indented(const std::string& text, const std::string& indent) {
     std::string out = indent;
     for (char c : text) {
@@ -42,11 +44,11 @@ void RunPresenter::UpgraderFinished(const UpgraderOutcome& outcome) {
     if (started_ != outcome.className) console_.Line(outcome.className);
     started_.clear();
     if (outcome.failedCall == "create") {
-        console_.Line("  FAILED: the class cannot be created:\n" + Indented(outcome.error, "    "));
+        console_.Line("  FAILED: the class cannot be created:\n" + Indented(outcome.error, "  "));
     } else if (outcome.failedCall == "Enabled") {
-        console_.Line("  FAILED: its Enabled test raised an error:\n" + Indented(outcome.error, "    "));
+        console_.Line("  FAILED: its Enabled test raised an error:\n" + Indented(outcome.error, "  "));
     } else if (outcome.failedCall == "Execute") {
-        console_.Line("  FAILED with an error" + Time(outcome.seconds) + ":\n" + Indented(outcome.error, "    "));
+        console_.Line("  FAILED with an error" + Time(outcome.seconds) + ":\n" + Indented(outcome.error, "  "));
     } else if (outcome.result) {
         console_.Line("  succeeded" + Time(outcome.seconds));
     } else if (!outcome.failure) {
@@ -59,7 +61,7 @@ void RunPresenter::UpgraderFinished(const UpgraderOutcome& outcome) {
 void RunPresenter::SystemTablesListed(const SystemTableList& list) {
     std::string text = "  System tables of the " + list.part + " part (" + std::to_string(list.tables.size()) + "):";
     for (size_t i = 0; i < list.tables.size(); ++i) {
-        text += (i % kNamesPerLine == 0 ? "\n    " : ", ") + list.tables[i];
+        text += (i % kNamesPerLine == 0 ? "\n  " : ", ") + list.tables[i];
     }
     console_.Line(text);
 }

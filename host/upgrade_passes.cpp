@@ -6,8 +6,8 @@
 
 #include "framework/upgrader_interfaces.h"
 #include "host/final_upgraders.h"
-#include "host/host_identifiers.h"
 #include "host/repository_versions.h"
+#include "host/upgrader_calls.h"
 #include "platform/automation/collection.h"
 #include "platform/com/error_info.h"
 #include "platform/com/runtime.h"
@@ -15,8 +15,6 @@
 namespace kdhost {
 
 namespace {
-
-using UpgraderPtr = com::ComPtr<kdvq::IKDVqDatabaseUpgrader>;
 
 class Run {
 public:
@@ -53,18 +51,21 @@ private:
         UpgraderPtr upgrader = Instance(info, outcome);
         if (!upgrader) return Finish(std::move(outcome));
 
-        int32_t version = coreVersion;  // by reference: each upgrader gets its own copy
-        automation::VARIANT_BOOL enabled = automation::VARIANT_FALSE;
-        com::HRESULT hr = upgrader->Enabled(context_.login, &version, &enabled);
-        if (com::Failed(hr)) return Fail(std::move(outcome), "Enabled", hr);
+        bool enabled = false;
+        if (!AskEnabled(upgrader.Get(), context_.login, coreVersion, &enabled, &outcome.error)) {
+            return Fail(std::move(outcome), "Enabled");
+        }
         if (!enabled) return false;
 
         observer_.UpgraderStarting(info.name, NameOf(upgrader.Get(), info.name));
         automation::VARIANT_BOOL answer = automation::VARIANT_FALSE;
         auto start = std::chrono::steady_clock::now();
-        hr = upgrader->Execute(context_.callback, &answer);
+        com::HRESULT hr = upgrader->Execute(context_.callback, &answer);
         outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-        if (com::Failed(hr)) return Fail(std::move(outcome), "Execute", hr);
+        if (com::Failed(hr)) {
+            outcome.error = DescribeFailure(hr);
+            return Fail(std::move(outcome), "Execute");
+        }
         outcome.result = answer != automation::VARIANT_FALSE;
         outcome.failure = !outcome.result && !FalseIsNoFailure(info.name);
         std::string part = SystemTablePart(info.name);
@@ -77,11 +78,9 @@ private:
     UpgraderPtr Instance(const UpgraderClassInfo& info, UpgraderOutcome& outcome) {
         auto found = instances_.find(info.name);
         if (found != instances_.end()) return found->second;
-        com::HRESULT hr = com::S_OK;
-        UpgraderPtr upgrader = com::CreateInstance<kdvq::IKDVqDatabaseUpgrader>(info.clsid, kIidDatabaseUpgrader, &hr);
+        UpgraderPtr upgrader = NewUpgrader(info.clsid, &outcome.error);
         if (!upgrader) {
             outcome.failedCall = "create";
-            outcome.error = DescribeFailure(com::Failed(hr) ? hr : com::E_NOINTERFACE);
             outcome.failure = true;
             return nullptr;
         }
@@ -89,9 +88,8 @@ private:
         return upgrader;
     }
 
-    bool Fail(UpgraderOutcome outcome, const std::string& call, com::HRESULT hr) {
+    bool Fail(UpgraderOutcome outcome, const std::string& call) {
         outcome.failedCall = call;
-        outcome.error = DescribeFailure(hr);
         outcome.failure = true;
         return Finish(std::move(outcome));
     }
@@ -120,15 +118,6 @@ private:
         result_.systemTables.push_back(std::move(list));
     }
 
-    static std::string NameOf(kdvq::IKDVqDatabaseUpgrader* upgrader, const std::string& className) {
-        std::string name;
-        if (com::Failed(upgrader->Name(&name))) {
-            com::TakeErrorInfo();
-            return className;
-        }
-        return name;
-    }
-
     const std::vector<UpgraderClassInfo>& classes_;
     const RunContext& context_;
     RunObserver& observer_;
@@ -145,12 +134,6 @@ int RunResult::FailureCount() const {
     int count = 0;
     for (const UpgraderOutcome& outcome : outcomes) count += outcome.failure ? 1 : 0;
     return count;
-}
-
-std::string DescribeFailure(com::HRESULT hr) {
-    com::ErrorInfo info = com::TakeErrorInfo();
-    if (!info.description.empty()) return info.description;
-    return com::DescribeHResult(hr);
 }
 
 RunResult RunUpgrade(const std::vector<UpgraderClassInfo>& classes, const RunContext& context,

@@ -69,8 +69,4 @@ struct RunContext {
 RunResult RunUpgrade(const std::vector<UpgraderClassInfo>& classes, const RunContext& context,
                      RunObserver& observer);
 
-// The description of the failure a call just returned (its error info, or
-// a text for the result when it carries none).
-std::string DescribeFailure(com::HRESULT hr);
-
 }  // namespace kdhost

@@ -126,7 +126,7 @@ std::string FormatDateText(double serial) {
     long y = 0;
     unsigned m = 0, d = 0;
     CivilFromDays(days + kSerialEpoch, &y, &m, &d);
-    char buffer[32];
+    char buffer[64];
     std::snprintf(buffer, sizeof buffer, "%04ld-%02u-%02u %02ld:%02ld:%02ld", y, m, d, seconds / 3600,
                   seconds / 60 % 60, seconds % 60);
     return buffer;

@@ -18,35 +18,11 @@ constexpr VarType kTypeOfIndex[] = {vtEmpty, vtNull, vtInteger, vtLong, vtDouble
 
 }  // namespace
 
-Variant Variant::Null() {
-    Variant v;
-    v.v_ = NullTag{};
-    return v;
-}
-
-Variant Variant::Integer(int16_t value) {
-    Variant v;
-    v.v_ = value;
-    return v;
-}
-
-Variant Variant::Long(int32_t value) {
-    Variant v;
-    v.v_ = value;
-    return v;
-}
-
-Variant Variant::Boolean(bool value) {
-    Variant v;
-    v.v_ = value;
-    return v;
-}
-
-Variant Variant::Date(double serial) {
-    Variant v;
-    v.v_ = DateValue{serial};
-    return v;
-}
+Variant Variant::Null() { return Holding(NullTag{}); }
+Variant Variant::Integer(int16_t value) { return Holding(value); }
+Variant Variant::Long(int32_t value) { return Holding(value); }
+Variant Variant::Boolean(bool value) { return Holding(value); }
+Variant Variant::Date(double serial) { return Holding(DateValue{serial}); }
 
 Variant::Variant(double v) : v_(v) {}
 Variant::Variant(const std::string& v) : v_(v) {}

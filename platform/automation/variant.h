@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -100,6 +101,12 @@ public:
     std::string Describe() const;
 
 private:
+    template <class T>
+    static Variant Holding(T value) {
+        Variant v;
+        v.v_ = std::move(value);
+        return v;
+    }
     using Storage = std::variant<EmptyTag, NullTag, int16_t, int32_t, double, std::string, bool, DateValue,
                                  com::ComPtr<com::IUnknown>, std::shared_ptr<VariantArray>>;
     Storage v_;

@@ -5,6 +5,7 @@
 namespace com {
 
 HRESULT CoCreateInstance(REFCLSID clsid, REFIID iid, void** out) {
+    ClearErrorInfo();
     if (!out) return E_POINTER;
     *out = nullptr;
     if (ComPtr<IClassFactory> factory = internal::FindProcessClassObject(clsid)) {

@@ -33,10 +33,12 @@ HRESULT SetCurrentErrorInfo() {
     return SetErrorInfo({e.Number(), e.Source(), e.Description()});
 }
 
+void ClearErrorInfo() { ThreadError() = StoredError{}; }
+
 ErrorInfo TakeErrorInfo() {
     StoredError& stored = ThreadError();
     ErrorInfo info = std::move(stored.info);
-    stored = StoredError{};
+    ClearErrorInfo();
     return info;
 }
 
@@ -61,14 +63,12 @@ std::string DescribeHResult(HRESULT hr) {
 void Check(HRESULT hr) {
     if (Succeeded(hr)) return;
     StoredError& stored = ThreadError();
-    const bool matches = stored.present && stored.hr == hr;
-    const HRESULT storedHr = stored.hr;
+    const bool present = stored.present;
+    const bool sameResult = present && stored.hr == hr;
     ErrorInfo info = TakeErrorInfo();
-    if (matches) {
-        const int32_t number = info.number != 0 ? info.number : BasicErrorFromHResult(storedHr);
-        throw automation::BasicError(number, info.source, info.description);
-    }
-    throw automation::BasicError(BasicErrorFromHResult(hr), "", DescribeHResult(hr));
+    if (!present) throw automation::BasicError(BasicErrorFromHResult(hr), "", DescribeHResult(hr));
+    const int32_t number = sameResult && info.number != 0 ? info.number : BasicErrorFromHResult(hr);
+    throw automation::BasicError(number, info.source, info.description);
 }
 
 }  // namespace com

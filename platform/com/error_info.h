@@ -19,6 +19,10 @@ struct ErrorInfo {
 HRESULT SetErrorInfo(const ErrorInfo& info);
 // Takes (and clears) the failure stored for this thread.
 ErrorInfo TakeErrorInfo();
+// Forgets any failure stored for this thread. Every boundary does this on
+// entry, so that a failure nobody collected is not blamed on a later call
+// that fails without info of its own.
+void ClearErrorInfo();
 
 // Stores the exception in flight (call only inside a catch block) as this
 // thread's error info and returns the failed result for it.
@@ -28,6 +32,7 @@ HRESULT SetCurrentErrorInfo();
 // HRESULT with the error info set.
 template <class F>
 HRESULT GuardResult(F&& body) noexcept {
+    ClearErrorInfo();
     try {
         return body();
     } catch (...) {
@@ -45,10 +50,12 @@ HRESULT Guard(F&& body) noexcept {
     });
 }
 
-// What a Basic caller does with a failed call: raise the stored failure.
-// A failed HRESULT without error info is raised with the HRESULT's number.
-// Stored info is used only when it was stored for this very HRESULT, so a
-// stale failure never masquerades as a later one.
+// What a Basic caller does with a failed call: raise the failure with the
+// number the HRESULT gives and the source and description of the stored
+// info (so a callee may return a result of its own beside the reason it
+// stored). Info stored for this very HRESULT also gives the number (which
+// keeps numbers that have no HRESULT of their own). Without info the
+// description is the HRESULT's generic one.
 void Check(HRESULT hr);
 
 // A readable description of a failure result: Basic's standard description

@@ -9,6 +9,7 @@ namespace com {
 namespace {
 
 HRESULT CallEntryPoint(const std::string& libraryPath, const char* entryPoint) {
+    ClearErrorInfo();
     void* handle = dlopen(libraryPath.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle) return internal::FailLoading(libraryPath);
     using EntryPoint = HRESULT (*)();

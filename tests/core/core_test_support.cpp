@@ -13,6 +13,8 @@ Lines Concat(std::initializer_list<Lines> parts) {
     return all;
 }
 
+Lines From(const Lines& lines, size_t first) { return Lines(lines.begin() + static_cast<long>(first), lines.end()); }
+
 std::string Found(const std::string& sql) { return "OPEN " + sql; }
 std::string NotFound(const std::string& sql) { return "OPEN " + sql + " => ERROR 942"; }
 
@@ -36,18 +38,32 @@ std::string HandlerFailure(const std::vector<std::string>& tags, const std::stri
     return text + "\\r\\n" + description;
 }
 
-Lines CoreVersionWritten(int32_t version) {
-    return {Found("select VERSION from KD_VQ_DB_VERSION"),
-            "UPDATE KD_VQ_DB_VERSION #1 SET VERSION=" + std::to_string(version)};
+Lines CoreVersionWritten(int32_t version, const std::string& prefix) {
+    return {Found("select VERSION from " + prefix + "KD_VQ_DB_VERSION"),
+            "UPDATE " + prefix + "KD_VQ_DB_VERSION #1 SET VERSION=" + std::to_string(version)};
+}
+
+Script CoreRepository(int32_t version, std::vector<std::string> present, std::string failing, int32_t nativeError) {
+    return [=](ado::ScriptedProvider& p) {
+        p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{version}}));
+        for (const std::string& query : present) p.AnswerQuery(query, Table({"X"}));
+        if (!failing.empty()) p.FailExecute(failing, {nativeError});
+    };
 }
 
 ado::ScriptedRows Table(std::vector<std::string> columns, std::vector<std::vector<Variant>> rows) {
     return ado::ScriptedRows{std::move(columns), std::move(rows)};
 }
 
-void TrackTables(ado::ScriptedProvider& p, std::vector<TrackedTable> tables) {
+void TrackTables(ado::ScriptedProvider& p, std::vector<TrackedTable> tables, FailingStatement failing) {
     auto state = std::make_shared<std::vector<TrackedTable>>(std::move(tables));
-    p.SetHandler([state](const std::string& kind, const std::string& sql) -> std::optional<ado::ScriptedAnswer> {
+    p.SetHandler([state, failing](const std::string& kind,
+                                  const std::string& sql) -> std::optional<ado::ScriptedAnswer> {
+        if (kind == "EXEC" && sql == failing.sql) {
+            ado::ScriptedAnswer answer;
+            answer.nativeErrors = {failing.nativeError};
+            return answer;
+        }
         for (TrackedTable& table : *state) {
             if (kind == "EXEC") {
                 if (table.creates.count(sql)) table.present = true;
@@ -76,7 +92,7 @@ void ExpectScripted(UpgraderPtr (*create)(), const std::vector<ScriptedCase>& ca
         auto connection = host.ScriptedConnection(c.provider, &p);
         c.script(*p);
         UpgraderPtr upgrader = create();
-        ASSERT_TRUE(CallEnabled(upgrader.Get(), host.Login(connection.Get()).Get(), c.version));
+        ASSERT_TRUE(CallEnabled(upgrader.Get(), host.Login(connection.Get(), c.prefix).Get(), c.version));
         Outcome outcome = Outcome::Raised;
         try {
             outcome = CallExecute(upgrader.Get(), host.Callback().Get()) ? Outcome::True : Outcome::False;

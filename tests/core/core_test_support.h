@@ -25,6 +25,8 @@ inline const std::string kOracleProvider = "OraOLEDB.Oracle";
 inline const std::string kSqlServerProvider = "SQLOLEDB";
 
 Lines Concat(std::initializer_list<Lines> parts);
+// The lines from position first on.
+Lines From(const Lines& lines, size_t first);
 
 // Transcript lines of a query that answered, and of one that failed as a
 // missing table or column does.
@@ -42,20 +44,31 @@ std::string CommandFailure(int32_t level, const std::string& sql, const std::str
 std::string HandlerFailure(const std::vector<std::string>& tags, const std::string& description);
 
 // The core version table read and raised to version.
-Lines CoreVersionWritten(int32_t version);
+Lines CoreVersionWritten(int32_t version, const std::string& prefix = "");
+
+using Script = std::function<void(ado::ScriptedProvider&)>;
+// A repository whose core version row reads version, where the queries in
+// present answer (no rows) and the statement failing fails with nativeError.
+Script CoreRepository(int32_t version, std::vector<std::string> present = {}, std::string failing = "",
+                      int32_t nativeError = 0);
 
 // Scripted rows with the given columns.
 ado::ScriptedRows Table(std::vector<std::string> columns, std::vector<std::vector<Variant>> rows = {});
 
 // Queries answering while their table is there: a statement in creates
-// makes them answer (no rows), one in drops makes them fail again.
+// makes them answer (no rows), one in drops makes them fail again. The
+// failing statement fails with its native error and changes nothing.
 struct TrackedTable {
     std::vector<std::string> queries;
     bool present;
     std::set<std::string> creates;
     std::set<std::string> drops;
 };
-void TrackTables(ado::ScriptedProvider& p, std::vector<TrackedTable> tables);
+struct FailingStatement {
+    std::string sql;
+    int32_t nativeError = 0;
+};
+void TrackTables(ado::ScriptedProvider& p, std::vector<TrackedTable> tables, FailingStatement failing = {});
 
 enum class Outcome { False, True, Raised };
 inline std::ostream& operator<<(std::ostream& os, Outcome o) {
@@ -67,9 +80,10 @@ struct ScriptedCase {
     std::string name;
     std::string provider;
     int32_t version;
-    std::function<void(ado::ScriptedProvider&)> script;
+    Script script;
     Outcome outcome;
     Lines lines;
+    std::string prefix = "";
 };
 void ExpectScripted(UpgraderPtr (*create)(), const std::vector<ScriptedCase>& cases);
 

@@ -12,13 +12,9 @@ const std::string kDropText = "Removing KD_VQ_VERSION_INFO table";
 const std::string kDrop = "DROP TABLE KD_VQ_VERSION_INFO";
 
 // No DATABASE_ID column yet, and whether the old table is still there.
-std::function<void(ado::ScriptedProvider&)> Repository(bool withVersionInfo, std::string failing = "",
-                                                       int32_t nativeError = 0) {
-    return [=](ado::ScriptedProvider& p) {
-        p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{1206}}));
-        if (withVersionInfo) p.AnswerQuery(kVersionInfoProbe, Table({"ID"}));
-        if (!failing.empty()) p.FailExecute(failing, {nativeError});
-    };
+Script Repository(bool withVersionInfo, std::string failing = "", int32_t nativeError = 0) {
+    return CoreRepository(1206, withVersionInfo ? std::vector<std::string>{kVersionInfoProbe} : std::vector<std::string>{},
+                          failing, nativeError);
 }
 
 TEST(KDVqUpgrader832, ScriptedSituations) {

@@ -30,7 +30,7 @@ void Repository(ado::ScriptedProvider& p) {
 }
 
 const Lines kNumbered = {Found(kExtensions), Found(kSequence),
-                         "INSERT KD_VQ_SEQUENCE (NAME='VQ_SupportedExtensionID', SEQUENCE_VALUE=103, INCR=1)",
+                         "INSERT KD_VQ_SEQUENCE (NAME='VQ_SupportedExtensionID', INCR=1, SEQUENCE_VALUE=103)",
                          "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #1 SET ID=101",
                          "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #2 SET ID=102"};
 const Lines kLinked = {Found(kExtensionIds), Found(kNodeTypes), "UPDATE KD_VQ_NODE_TYPE #1 SET EXTENSION_ID=102",

@@ -137,21 +137,6 @@ TEST(UpgraderSkeleton, ExecuteWithoutEnabledFails) {
                                         "Object variable or With block variable not set"}));
 }
 
-TEST(UpgraderSkeleton, NameDescriptionAndListsOfTheSkeleton) {
-    testing::TestHost host;
-    auto upgrader = SampleUpgrader::New();
-    std::string name;
-    std::string description;
-    Variant tables = Variant("not set");
-    ASSERT_EQ(Upgrader(upgrader)->Name(&name), com::S_OK);
-    ASSERT_EQ(Upgrader(upgrader)->Description(&description), com::S_OK);
-    ASSERT_EQ(Upgrader(upgrader)->TavixSystemTables(&tables), com::S_OK);
-    EXPECT_EQ(name, "res232");
-    EXPECT_EQ(description, "res231");
-    EXPECT_TRUE(tables.IsEmpty());
-    EXPECT_TRUE(upgrader->TablesToUpgrade().IsEmpty());
-}
-
 TEST(UpgraderSkeleton, CategoriesToRegNamesTheUpgraderCategoryOnce) {
     testing::TestHost host;
     const std::vector<com::ComPtr<UpgraderBase>> upgraders = {SampleUpgrader::New(),

@@ -5,8 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/session/golden.h"
-#include "tests/session/scripted_repository.h"
+#include "tests/session/upgrade_harness.h"
 
 namespace kdvq::testing {
 namespace {
@@ -73,29 +72,23 @@ class MobileUpgrade832 : public ::testing::TestWithParam<Case832> {};
 
 TEST_P(MobileUpgrade832, Transcript) {
     const Case832& c = GetParam();
-    TestHost host;
-    ado::ScriptedProvider* p = nullptr;
-    auto cn = host.ScriptedConnection(c.provider, &p);
-    ScriptedRepository repo(p);
+    ScriptedRun run(c.provider);
     if (c.start != Start::kFresh) {
-        repo.Version("KD_MOBILE_DB_VERSION", 1000);
+        run.repo.Version("KD_MOBILE_DB_VERSION", 1000);
         std::vector<std::vector<Variant>> rows;
         if (c.start == Start::kStateRowForDesign2)
             rows.push_back({Variant(9), Variant(2), Variant("P-OLD"), Variant(1)});
-        repo.Table("KD_MOBILE_STATE", {"NODE_TYPE_ID", "NODE_ID", "PACKET_ID", "IMPORT_STATE"}, rows);
+        run.repo.Table("KD_MOBILE_STATE", {"NODE_TYPE_ID", "NODE_ID", "PACKET_ID", "IMPORT_STATE"}, rows);
     }
-    repo.Table("KD_WMS_DESIGN", c.packetColumn ? std::vector<std::string>{"ID", "MOBILE_PACKET_ID"}
+    run.repo.Table("KD_WMS_DESIGN", c.packetColumn ? std::vector<std::string>{"ID", "MOBILE_PACKET_ID"}
                                                : std::vector<std::string>{"ID"});
-    p->AnswerQuery(kDesigns, {{"ID", "MOBILE_PACKET_ID"},
+    run.provider->AnswerQuery(kDesigns, {{"ID", "MOBILE_PACKET_ID"},
                               {{Variant(1), Variant("P-1")}, {Variant(2), Variant("P-2")}}});
     ado::ScriptedRows designType{{"NODE_TYPE_ID", "NAME"}, {}};
     if (c.designType) designType.rows.push_back({Variant(9), Variant("Design")});
-    p->AnswerQuery(kDesignType, designType);
-    if (c.failures) c.failures(repo);
-
-    UpgraderPtr up = New_KDUpgradeMobile832();
-    EXPECT_EQ(EnableAndExecute(host, up.Get(), cn.Get(), "", 1601), c.outcome);
-    EXPECT_EQ(host.Log().Lines(), c.expected.Lines());
+    run.provider->AnswerQuery(kDesignType, designType);
+    if (c.failures) c.failures(run.repo);
+    run.Expect(New_KDUpgradeMobile832, "", 1601, c.outcome, c.expected);
 }
 
 const Case832 kCases[] = {

@@ -2,8 +2,7 @@
 // mobile versions; no extension registration is asked for.
 #include <gtest/gtest.h>
 
-#include "tests/session/golden.h"
-#include "tests/session/scripted_repository.h"
+#include "tests/session/upgrade_harness.h"
 
 namespace kdvq::testing {
 namespace {
@@ -22,14 +21,9 @@ class MobileEnabled : public ::testing::TestWithParam<GateCase> {};
 
 TEST_P(MobileEnabled, AnswersByItsConditions) {
     const GateCase& c = GetParam();
-    TestHost host;
-    ado::ScriptedProvider* p = nullptr;
-    auto cn = host.ScriptedConnection("SQLOLEDB", &p);
-    ScriptedRepository repo(p);
-    if (c.mobileVersion != kNoVersionTable) repo.Version("KD_MOBILE_DB_VERSION", c.mobileVersion);
-
-    UpgraderPtr up = c.create();
-    EXPECT_EQ(CallEnabled(up.Get(), host.Login(cn.Get()).Get(), c.coreVersion), c.expected);
+    ScriptedRun run("SQLOLEDB");
+    if (c.mobileVersion != kNoVersionTable) run.repo.Version("KD_MOBILE_DB_VERSION", c.mobileVersion);
+    EXPECT_EQ(run.Enabled(c.create, c.coreVersion), c.expected);
 }
 
 const GateCase kCases[] = {
@@ -62,15 +56,11 @@ INSTANTIATE_TEST_SUITE_P(Gate, MobileEnabled, ::testing::ValuesIn(kCases),
 // 9.0.1 reads the mobile version only once the core version suffices; the
 // later upgraders read it first.
 TEST(MobileEnabledReads, VersionOnlyWhenCoreSufficesFor901) {
-    TestHost host;
-    ado::ScriptedProvider* p = nullptr;
-    auto cn = host.ScriptedConnection("SQLOLEDB", &p);
-    ScriptedRepository repo(p);
-    repo.Version("KD_MOBILE_DB_VERSION", 2500);
-
-    EXPECT_FALSE(CallEnabled(New_KDUpgradeMobile901().Get(), host.Login(cn.Get()).Get(), 2702));
-    EXPECT_FALSE(CallEnabled(New_KDUpgradeMobile902().Get(), host.Login(cn.Get()).Get(), 2859));
-    EXPECT_EQ(host.Log().Lines(), std::vector<std::string>{"OPEN select VERSION from KD_MOBILE_DB_VERSION"});
+    ScriptedRun run("SQLOLEDB");
+    run.repo.Version("KD_MOBILE_DB_VERSION", 2500);
+    EXPECT_FALSE(run.Enabled(New_KDUpgradeMobile901, 2702));
+    EXPECT_FALSE(run.Enabled(New_KDUpgradeMobile902, 2859));
+    EXPECT_EQ(run.host.Log().Lines(), std::vector<std::string>{"OPEN select VERSION from KD_MOBILE_DB_VERSION"});
 }
 
 }  // namespace

@@ -3,18 +3,12 @@
 
 #include "platform/automation/collection.h"
 #include "platform/automation/dictionary.h"
+#include "tests/platform/module/error_text.h"
 
 namespace automation {
 namespace {
 
-std::string ErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-        return "no error";
-    } catch (const BasicError& e) {
-        return std::to_string(e.Number()) + " " + e.Description();
-    }
-}
+using fixture::RaisedBy;
 
 std::string Join(const std::vector<Variant>& values) {
     std::string out;
@@ -43,8 +37,8 @@ TEST(DictionaryTest, KeysByModeAndType) {
         auto d = Dictionary::Create(c.mode);
         d->Add(c.first, Variant("one"));
         EXPECT_EQ(d->Exists(c.second), c.sameKey);
-        EXPECT_EQ(ErrorOf([&] { d->Add(c.second, Variant("two")); }),
-                  c.sameKey ? "457 This key is already associated with an element of this collection" : "no error");
+        EXPECT_EQ(RaisedBy([&] { d->Add(c.second, Variant("two")); }),
+                  c.sameKey ? "457||This key is already associated with an element of this collection" : "nothing");
     }
 }
 
@@ -73,17 +67,17 @@ TEST(DictionaryTest, Failures) {
     };
     const std::vector<Case> cases = {
         {"compare mode of a non-empty dictionary", [](Dictionary& d) { d.SetCompareMode(CompareMode::Text); },
-         "5 Invalid procedure call or argument"},
-        {"remove a missing key", [](Dictionary& d) { d.Remove(Variant("zz")); }, "32811 Element not found"},
-        {"an array as key", [](Dictionary& d) { d.Add(Variant(VariantArray{}), Variant()); }, "13 Type mismatch"},
+         "5||Invalid procedure call or argument"},
+        {"remove a missing key", [](Dictionary& d) { d.Remove(Variant("zz")); }, "32811||Element not found"},
+        {"an array as key", [](Dictionary& d) { d.Add(Variant(VariantArray{}), Variant()); }, "13||Type mismatch"},
         {"compare mode after RemoveAll", [](Dictionary& d) { d.RemoveAll(); d.SetCompareMode(CompareMode::Text); },
-         "no error"},
+         "nothing"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.situation);
         auto d = Dictionary::Create();
         d->Add(Variant("k"), Variant("v"));
-        EXPECT_EQ(ErrorOf([&] { c.action(*d); }), c.error);
+        EXPECT_EQ(RaisedBy([&] { c.action(*d); }), c.error);
     }
 }
 
@@ -97,8 +91,8 @@ TEST(CollectionTest, OneBasedPositions) {
     EXPECT_EQ(c->Item(1).Describe() + " " + c->Item(2).Describe(), "'x' 'z'");
     for (int32_t outside : {0, 3, -1}) {
         SCOPED_TRACE(outside);
-        EXPECT_EQ(ErrorOf([&] { c->Item(outside); }), "9 Subscript out of range");
-        EXPECT_EQ(ErrorOf([&] { c->Remove(outside); }), "9 Subscript out of range");
+        EXPECT_EQ(RaisedBy([&] { c->Item(outside); }), "9||Subscript out of range");
+        EXPECT_EQ(RaisedBy([&] { c->Remove(outside); }), "9||Subscript out of range");
     }
 }
 

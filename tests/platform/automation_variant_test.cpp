@@ -135,12 +135,34 @@ TEST(VariantTest, ParseBasicNumberAcceptsOnlyWholeNumbers) {
     }
 }
 
-TEST(VariantTest, CDateReadsIsoTextAndRejectsImpossibleDates) {
-    EXPECT_EQ(Variant("1899-12-30").CDate(), 0);
-    EXPECT_EQ(Variant("2024-02-29 12:00").CDate(), 45351.5);
-    EXPECT_EQ(Outcome([] { return std::to_string(Variant("2023-02-29").CDate()); }), "error 13 Type mismatch");
-    EXPECT_EQ(Variant::Date(-1.25).CStr(), "1899-12-29 06:00:00");
-    EXPECT_EQ(Variant("1899-12-29 06:00").CDate(), -1.25);
+TEST(VariantTest, DatesBetweenTextAndSerial) {
+    const std::string mismatch = "error 13 Type mismatch";
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"1899-12-30", "0"},
+        {"1900-01-01", "2"},
+        {"2024-02-29 12:00", "45351.5"},
+        {"2000-02-29T06:00:00", "36585.25"},
+        {"1899-12-29 06:00", "-1.25"},
+        {"0001-01-01", "-693593"},
+        {"18:00", "0.75"},
+        {"2023-02-29", mismatch},
+        {"1900-02-29", mismatch},
+        {"2024-13-01", mismatch},
+        {"2024-01-01 24:00", mismatch},
+        {"yesterday", mismatch},
+    };
+    for (const auto& [text, serial] : cases) {
+        SCOPED_TRACE(text);
+        const std::string read = Outcome([&] { return FormatBasicDouble(Variant(text).CDate()); });
+        EXPECT_EQ(read, serial);
+        // CStr writes it back in the form it was read, seconds and "T" aside.
+        if (read != mismatch) {
+            std::string back = text;
+            if (back.size() > 10 && back[10] == 'T') back[10] = ' ';
+            if (back.size() == 16 || back.size() == 5) back += ":00";
+            EXPECT_EQ(Variant::Date(Variant(text).CDate()).CStr(), back);
+        }
+    }
 }
 
 TEST(VariantTest, CopiedArraysAreIndependentValues) {

@@ -3,6 +3,7 @@
 
 #include "platform/com/error_info.h"
 #include "platform/com/guid.h"
+#include "tests/platform/module/error_text.h"
 
 namespace com {
 namespace {
@@ -67,15 +68,7 @@ TEST(HResultTest, BasicNumbersAndResultsMapBothWays) {
     }
 }
 
-// The number, source and description Check raises for hr.
-std::string Raised(HRESULT hr) {
-    try {
-        Check(hr);
-        return "nothing";
-    } catch (const automation::BasicError& e) {
-        return std::to_string(e.Number()) + "|" + e.Source() + "|" + e.Description();
-    }
-}
+using fixture::RaisedFor;
 
 TEST(ErrorInfoTest, CheckRaisesWhatTheCalleeStored) {
     struct Case {
@@ -91,9 +84,16 @@ TEST(ErrorInfoTest, CheckRaisesWhatTheCalleeStored) {
         {"a standard exception", [] { return Guard([] { throw std::logic_error("broken"); }); }, "440||broken"},
         {"a result without info", [] { return E_NOINTERFACE; }, "-2147467262||No such interface supported"},
         {"a Basic number without info", [] { return HResultFromBasicError(13); }, "13||Type mismatch"},
-        {"stale info is not used for another failure",
+        {"info beside a result of the callee's own keeps the result's number",
+         [] {
+             Guard([] { throw automation::BasicError(5, "registration", "no category service"); });
+             return SELFREG_E_CLASS;
+         },
+         "-2147220991|registration|no category service"},
+        {"a boundary forgets info nobody collected",
          [] {
              SetErrorInfo({6, "old", "old failure"});
+             Guard([] {});
              return E_FAIL;
          },
          "-2147467259||Unspecified error"},
@@ -101,7 +101,7 @@ TEST(ErrorInfoTest, CheckRaisesWhatTheCalleeStored) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.situation);
-        EXPECT_EQ(Raised(c.call()), c.raised);
+        EXPECT_EQ(RaisedFor(c.call()), c.raised);
         EXPECT_EQ(TakeErrorInfo().number, 0);  // Check consumed the info
     }
 }

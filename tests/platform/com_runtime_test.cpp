@@ -8,6 +8,7 @@
 
 #include "platform/com/error_info.h"
 #include "platform/com/runtime.h"
+#include "tests/platform/module/error_text.h"
 #include "tests/platform/module/fixture.h"
 
 namespace com {
@@ -27,14 +28,7 @@ ComPtr<fixture::IWidget> NewWidget(HRESULT* hr = nullptr) {
 
 std::string PlatformPath() { return ModulePathOf(reinterpret_cast<const void*>(&FormatGuid)); }
 
-std::string Raised(HRESULT hr) {
-    try {
-        Check(hr);
-        return "nothing";
-    } catch (const automation::BasicError& e) {
-        return std::to_string(e.Number()) + "|" + e.Source() + "|" + e.Description();
-    }
-}
+using fixture::RaisedFor;
 
 // A stand-in widget the process registers itself.
 class ProcessWidget : public Object<ProcessWidget, fixture::IWidget> {
@@ -67,7 +61,7 @@ TEST_F(RuntimeTest, SelfRegistrationWritesTheClass) {
     EXPECT_TRUE(Registry::Load().Classes().empty());
     HRESULT hr = S_OK;
     EXPECT_FALSE(NewWidget(&hr));
-    EXPECT_EQ(Raised(hr), "-2147221164|kdplatform|Class not registered: {6A18E58E-159D-4015-AFA0-3773EDB7E105}");
+    EXPECT_EQ(RaisedFor(hr), "-2147221164|kdplatform|Class not registered: {6A18E58E-159D-4015-AFA0-3773EDB7E105}");
 }
 
 TEST_F(RuntimeTest, ProcessClassObjectsComeBeforeTheRegistry) {
@@ -182,7 +176,7 @@ TEST_F(RuntimeTest, FailuresCarryTheirErrorInfo) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.situation);
-        EXPECT_EQ(Raised(c.call()), c.raised);
+        EXPECT_EQ(RaisedFor(c.call()), c.raised);
     }
 }
 

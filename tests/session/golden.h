@@ -1,12 +1,9 @@
 #pragma once
-// Building expected transcripts and running an upgrader the way the host
-// does, for the session and mobile upgrader tests.
+// Expected transcripts for the session and mobile upgrader tests.
 #include <string>
 #include <vector>
 
-#include "framework/upgrader_base.h"
-#include "library/class_table.h"
-#include "tests/support/test_host.h"
+#include "framework/mod_main.h"
 
 namespace kdvq::testing {
 
@@ -43,17 +40,5 @@ public:
 private:
     std::vector<std::string> lines_;
 };
-
-// Enabled, then Execute when it answered true; the outcome as the host
-// sees it: "not enabled", "True", "False" or "raised".
-inline std::string EnableAndExecute(TestHost& host, UpgraderBase* upgrader, ado::Connection* connection,
-                                    const std::string& prefix, int32_t coreVersion) {
-    if (!CallEnabled(upgrader, host.Login(connection, prefix).Get(), coreVersion)) return "not enabled";
-    try {
-        return CallExecute(upgrader, host.Callback().Get()) ? "True" : "False";
-    } catch (const automation::BasicError&) {
-        return "raised";
-    }
-}
 
 }  // namespace kdvq::testing

@@ -4,8 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/session/golden.h"
-#include "tests/session/scripted_repository.h"
+#include "tests/session/upgrade_harness.h"
 
 namespace kdvq::testing {
 namespace {
@@ -81,20 +80,14 @@ class SessionUpgrade830 : public ::testing::TestWithParam<Case830> {};
 
 TEST_P(SessionUpgrade830, Transcript) {
     const Case830& c = GetParam();
-    TestHost host;
-    ado::ScriptedProvider* p = nullptr;
-    auto cn = host.ScriptedConnection(c.provider, &p);
-    ScriptedRepository repo(p, c.prefix);
-    repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDSessionManager")}});
-    if (c.old != kNothingToMove) repo.Table("KD_SESSION_VERSIONS", {"session_id"});
-    if (c.old != kWithoutCoreVersions) repo.Table("KD_VQ_VERSIONS", {"node_type_id"});
-    if (c.sessionVersion) repo.Version("KD_SESSION_DB_VERSION", c.sessionVersion);
-    p->AnswerQuery(NodeTypeQuery(c.prefix), {{"node_type_id", "name"}, {{Variant(7), Variant("Session")}}});
-    if (c.failures) c.failures(repo);
-
-    UpgraderPtr up = New_KDUpgradeSM830();
-    EXPECT_EQ(EnableAndExecute(host, up.Get(), cn.Get(), c.prefix, 1206), c.outcome);
-    EXPECT_EQ(host.Log().Lines(), c.expected.Lines());
+    ScriptedRun run(c.provider, c.prefix);
+    run.repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDSessionManager")}});
+    if (c.old != kNothingToMove) run.repo.Table("KD_SESSION_VERSIONS", {"session_id"});
+    if (c.old != kWithoutCoreVersions) run.repo.Table("KD_VQ_VERSIONS", {"node_type_id"});
+    if (c.sessionVersion) run.repo.Version("KD_SESSION_DB_VERSION", c.sessionVersion);
+    run.provider->AnswerQuery(NodeTypeQuery(c.prefix), {{"node_type_id", "name"}, {{Variant(7), Variant("Session")}}});
+    if (c.failures) c.failures(run.repo);
+    run.Expect(New_KDUpgradeSM830, c.prefix, 1206, c.outcome, c.expected);
 }
 
 const Case830 kCases[] = {
@@ -158,22 +151,15 @@ INSTANTIATE_TEST_SUITE_P(Situations, SessionUpgrade830, ::testing::ValuesIn(kCas
 // Without a Session node type nothing is changed: the missing type is
 // shown and logged, and Execute answers False without raising.
 TEST(SessionUpgrade830Alone, NoSessionNodeTypeChangesNothing) {
-    TestHost host;
-    ado::ScriptedProvider* p = nullptr;
-    auto cn = host.ScriptedConnection("OraOLEDB.Oracle", &p);
-    ScriptedRepository repo(p);
-    repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDSessionManager")}});
-    repo.Table("KD_SESSION_VERSIONS", {"session_id"});
-    p->AnswerQuery(NodeTypeQuery(""), {{"node_type_id", "name"}, {}});
-
-    UpgraderPtr up = New_KDUpgradeSM830();
-    EXPECT_EQ(EnableAndExecute(host, up.Get(), cn.Get(), "", 1206), "False");
-    EXPECT_EQ(host.Log().Lines(),
-              Enabled("", false)
-                  .Start("res602")
-                  .Line("LOG 1 kdVqUpgraders:\\r\\nCould not find Session node type!\\r\\n"
-                        "KDUpgradeSM830::IKDVqDatabaseUpgrader_Execute")
-                  .Lines());
+    ScriptedRun run("OraOLEDB.Oracle");
+    run.repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDSessionManager")}});
+    run.repo.Table("KD_SESSION_VERSIONS", {"session_id"});
+    run.provider->AnswerQuery(NodeTypeQuery(""), {{"node_type_id", "name"}, {}});
+    run.Expect(New_KDUpgradeSM830, "", 1206, "False",
+               Enabled("", false)
+                   .Start("res602")
+                   .Line("LOG 1 kdVqUpgraders:\\r\\nCould not find Session node type!\\r\\n"
+                         "KDUpgradeSM830::IKDVqDatabaseUpgrader_Execute"));
 }
 
 }  // namespace

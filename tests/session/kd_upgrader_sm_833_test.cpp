@@ -89,17 +89,11 @@ class SessionUpgrade833 : public ::testing::TestWithParam<Case833> {};
 
 TEST_P(SessionUpgrade833, Transcript) {
     const Case833& c = GetParam();
-    TestHost host;
-    ado::ScriptedProvider* p = nullptr;
-    auto cn = host.ScriptedConnection(c.provider, &p);
-    ScriptedRepository repo(p, c.prefix);
-    SessionRepository(repo, c.sessionColumns, 1206);
-    if (c.sessionTypeTable) repo.Table("KD_SESSION_TYPE", {"ID", "SESSION_TYPE"});
-    if (c.failures) c.failures(repo);
-
-    UpgraderPtr up = New_KDUpgraderSM833();
-    EXPECT_EQ(EnableAndExecute(host, up.Get(), cn.Get(), c.prefix, 1926), c.outcome);
-    EXPECT_EQ(host.Log().Lines(), c.expected.Lines());
+    ScriptedRun run(c.provider, c.prefix);
+    SessionRepository(run.repo, c.sessionColumns, 1206);
+    if (c.sessionTypeTable) run.repo.Table("KD_SESSION_TYPE", {"ID", "SESSION_TYPE"});
+    if (c.failures) c.failures(run.repo);
+    run.Expect(New_KDUpgraderSM833, c.prefix, 1926, c.outcome, c.expected);
 }
 
 const Case833 kCases[] = {

@@ -3,7 +3,7 @@
 // session table and a second run that finds nothing left to move.
 #include <gtest/gtest.h>
 
-#include "tests/session/golden.h"
+#include "tests/session/upgrade_harness.h"
 
 namespace kdvq::testing {
 namespace {
@@ -42,41 +42,31 @@ const std::vector<std::string> kHistoryAfterMove = {
     "7|12|4|'Closed'|'2004-05-07 09:10:11'|'<NEW_STATE><\\NEW_STATE>'",
 };
 
+const std::vector<std::string> kSessionTypes = {"4|'Electric'", "5|'Gas'", "6|'Water'"};
+
 TEST(SessionUpgrade902Sqlite, MovesHistoryAndRepairsSessionTables) {
-    TestHost host;
-    TempDir dir;
-    auto cn = OpenSqlite(dir.File("repository.db"));
-    ExecAll(cn.Get(), kRepository);
+    SqliteRun run(kRepository);
+    ASSERT_EQ(run.Run(New_KDUpgraderSM902, 2860), "True");
 
-    UpgraderPtr up = New_KDUpgraderSM902();
-    ASSERT_EQ(EnableAndExecute(host, up.Get(), cn.Get(), "", 2860), "True");
-
-    EXPECT_EQ(QueryRows(cn.Get(), kHistoryQuery), kHistoryAfterMove);
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT name FROM sqlite_master WHERE name='KD_SESSION_MODS'"),
-              std::vector<std::string>{});
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT * FROM KD_SESSION ORDER BY SESSION_ID"),
+    EXPECT_EQ(run.Rows(kHistoryQuery), kHistoryAfterMove);
+    EXPECT_EQ(run.Rows("SELECT name FROM sqlite_master WHERE name='KD_SESSION_MODS'"), std::vector<std::string>{});
+    EXPECT_EQ(run.Rows("SELECT * FROM KD_SESSION ORDER BY SESSION_ID"),
               (std::vector<std::string>{"11|'North'|'DB7'|Null|Null", "12|'South'|'DB7'|Null|Null"}));
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT * FROM KD_SESSION_TYPE ORDER BY ID"),
-              (std::vector<std::string>{"4|'Electric'", "5|'Gas'", "6|'Water'"}));
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT VERSION FROM KD_SESSION_DB_VERSION"), std::vector<std::string>{"2769"});
+    EXPECT_EQ(run.Rows("SELECT * FROM KD_SESSION_TYPE ORDER BY ID"), kSessionTypes);
+    EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_SESSION_DB_VERSION"), std::vector<std::string>{"2769"});
 }
 
 TEST(SessionUpgrade902Sqlite, SecondRunMovesNothing) {
-    TestHost host;
-    TempDir dir;
-    auto cn = OpenSqlite(dir.File("repository.db"));
-    ExecAll(cn.Get(), kRepository);
-    UpgraderPtr first = New_KDUpgraderSM902();
-    ASSERT_EQ(EnableAndExecute(host, first.Get(), cn.Get(), "", 2860), "True");
+    SqliteRun run(kRepository);
+    ASSERT_EQ(run.Run(New_KDUpgraderSM902, 2860), "True");
 
     // The repository is at 2769 now, so the upgrader no longer applies;
     // run anyway, it finds no modifications left.
     UpgraderPtr second = New_KDUpgraderSM902();
-    EXPECT_FALSE(CallEnabled(second.Get(), host.Login(cn.Get()).Get(), 2860));
-    EXPECT_TRUE(CallExecute(second.Get(), host.Callback().Get()));
-    EXPECT_EQ(QueryRows(cn.Get(), kHistoryQuery), kHistoryAfterMove);
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT * FROM KD_SESSION_TYPE ORDER BY ID"),
-              (std::vector<std::string>{"4|'Electric'", "5|'Gas'", "6|'Water'"}));
+    EXPECT_FALSE(CallEnabled(second.Get(), run.host.Login(run.cn.Get()).Get(), 2860));
+    EXPECT_TRUE(CallExecute(second.Get(), run.host.Callback().Get()));
+    EXPECT_EQ(run.Rows(kHistoryQuery), kHistoryAfterMove);
+    EXPECT_EQ(run.Rows("SELECT * FROM KD_SESSION_TYPE ORDER BY ID"), kSessionTypes);
 }
 
 }  // namespace

@@ -2,8 +2,7 @@
 // tables, the core version minimum and the session version range.
 #include <gtest/gtest.h>
 
-#include "tests/session/golden.h"
-#include "tests/session/scripted_repository.h"
+#include "tests/session/upgrade_harness.h"
 
 namespace kdvq::testing {
 namespace {
@@ -24,17 +23,12 @@ class SessionEnabled : public ::testing::TestWithParam<GateCase> {};
 
 TEST_P(SessionEnabled, AnswersByItsConditions) {
     const GateCase& c = GetParam();
-    TestHost host;
-    ado::ScriptedProvider* p = nullptr;
-    auto cn = host.ScriptedConnection("OraOLEDB.Oracle", &p);
-    ScriptedRepository repo(p);
-    repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"},
+    ScriptedRun run("OraOLEDB.Oracle");
+    run.repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"},
                {{Variant("KDWorkflowManager")}, {Variant(c.registered ? "kdsessionmanager" : "KDMobile")}});
-    if (c.sessionTable) repo.Table("KD_SESSION", {"SESSION_ID"});
-    if (c.sessionVersion != kNoVersionTable) repo.Version("KD_SESSION_DB_VERSION", c.sessionVersion);
-
-    UpgraderPtr up = c.create();
-    EXPECT_EQ(CallEnabled(up.Get(), host.Login(cn.Get()).Get(), c.coreVersion), c.expected);
+    if (c.sessionTable) run.repo.Table("KD_SESSION", {"SESSION_ID"});
+    if (c.sessionVersion != kNoVersionTable) run.repo.Version("KD_SESSION_DB_VERSION", c.sessionVersion);
+    EXPECT_EQ(run.Enabled(c.create, c.coreVersion), c.expected);
 }
 
 const GateCase kCases[] = {

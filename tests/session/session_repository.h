@@ -3,8 +3,7 @@
 // start from, and the transcript pieces of the steps the two share.
 #include <string>
 
-#include "tests/session/golden.h"
-#include "tests/session/scripted_repository.h"
+#include "tests/session/upgrade_harness.h"
 
 namespace kdvq::testing {
 

@@ -5,8 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/session/golden.h"
-#include "tests/session/scripted_repository.h"
+#include "tests/session/upgrade_harness.h"
 
 namespace kdvq::testing {
 namespace {
@@ -55,18 +54,12 @@ class SmallSessionUpgraders : public ::testing::TestWithParam<SmallCase> {};
 
 TEST_P(SmallSessionUpgraders, Transcript) {
     const SmallCase& c = GetParam();
-    TestHost host;
-    ado::ScriptedProvider* p = nullptr;
-    auto cn = host.ScriptedConnection(c.provider, &p);
-    ScriptedRepository repo(p);
-    repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDSessionManager")}});
-    repo.Table("KD_SESSION", {"SESSION_ID"});
-    repo.Version("KD_SESSION_DB_VERSION", c.sessionVersion);
-    if (c.failures) c.failures(repo);
-
-    UpgraderPtr up = c.create();
-    EXPECT_EQ(EnableAndExecute(host, up.Get(), cn.Get(), "", 4866), c.outcome);
-    EXPECT_EQ(host.Log().Lines(), c.expected.Lines());
+    ScriptedRun run(c.provider);
+    run.repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDSessionManager")}});
+    run.repo.Table("KD_SESSION", {"SESSION_ID"});
+    run.repo.Version("KD_SESSION_DB_VERSION", c.sessionVersion);
+    if (c.failures) c.failures(run.repo);
+    run.Expect(c.create, "", 4866, c.outcome, c.expected);
 }
 
 const SmallCase kCases[] = {

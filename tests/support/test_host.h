@@ -42,7 +42,9 @@ private:
 // library's start-up routine on the calling thread when it has not run yet.
 // It also forgets the thread's supported-extension cache, so that every test
 // starts as a freshly started host would. Destroying it revokes the class
-// objects. One TestHost per test.
+// objects. One TestHost per test. The library keeps the logger it made at
+// start-up for the life of the thread; that logger writes into the
+// transcript of whichever TestHost exists at the time.
 class TestHost {
 public:
     TestHost();

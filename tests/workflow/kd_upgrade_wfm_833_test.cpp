@@ -65,51 +65,47 @@ Lines DatabaseIdCopied(const std::string& prefix = "") {
                       "Update " + prefix + "KD_WMS_DESIGN set DATABASE_ID='R1'")});
 }
 
+// A run on a repository without 8.3.3's table and columns but with the
+// packet column; the Oracle one has no constraint of that column's name.
+Lines FreshRun(bool oracle) {
+    auto pick = [oracle](const char* o, const char* m) { return std::string(oracle ? o : m); };
+    return Join({Enabled833(),
+                 {Missing("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION")},
+                 Step("Adding APPLY_MATERIAL column to KD_WMS_WORK_FUNCTION table",
+                      pick("Alter table KD_WMS_WORK_FUNCTION add APPLY_MATERIAL NUMBER(8)",
+                           "Alter table KD_WMS_WORK_FUNCTION add APPLY_MATERIAL smallint")),
+                 {Opened("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
+                  "EXEC " + kDropConstraint + (oracle ? " => ERROR 2443" : "")},
+                 Step("Dropping MOBILE_PACKET_ID column from KD_WMS_DESIGN table",
+                      "Alter table KD_WMS_DESIGN drop column MOBILE_PACKET_ID"),
+                 {Missing("SELECT * FROM KD_WMS_DESIGN_TYPE")},
+                 Step("res501(KD_WMS_DESIGN_TYPE)",
+                      pick("create table KD_WMS_DESIGN_TYPE (ID NUMBER(38), DESIGN_TYPE VARCHAR2(64))",
+                           "create table KD_WMS_DESIGN_TYPE (ID INT, DESIGN_TYPE VARCHAR(64))")),
+                 {"START res603"},
+                 DesignTypeRows(oracle),
+                 {Missing("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
+                 Step("Adding DESIGN_TYPE_ID column to KD_WMS_DESIGN table",
+                      pick("Alter table KD_WMS_DESIGN add DESIGN_TYPE_ID NUMBER(38)",
+                           "Alter table KD_WMS_DESIGN add DESIGN_TYPE_ID INT")),
+                 kSubtasks, oracle ? kWidening : Lines{}, DatabaseIdCopied(), VersionWritten(2408)});
+}
+
 TEST(KDUpgradeWFM833, ScriptedSituations) {
     const std::vector<Situation> table = {
-        {"oracle, fresh: the packet column dropped although its constraint is missing, design types created", kOracle,
+        {"oracle, fresh: the packet column dropped although its constraint is missing", kOracle,
          [](auto& p, auto&) {
              Repository(p);
              p.AnswerQuery("select MOBILE_PACKET_ID from KD_WMS_DESIGN", {});
              p.FailExecute(kDropConstraint, {2443}, "cannot drop nonexistent constraint");
          },
-         true,
-         Join({Enabled833(),
-               {Missing("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION")},
-               Step("Adding APPLY_MATERIAL column to KD_WMS_WORK_FUNCTION table",
-                    "Alter table KD_WMS_WORK_FUNCTION add APPLY_MATERIAL NUMBER(8)"),
-               {Opened("select MOBILE_PACKET_ID from KD_WMS_DESIGN"), "EXEC " + kDropConstraint + " => ERROR 2443"},
-               Step("Dropping MOBILE_PACKET_ID column from KD_WMS_DESIGN table",
-                    "Alter table KD_WMS_DESIGN drop column MOBILE_PACKET_ID"),
-               {Missing("SELECT * FROM KD_WMS_DESIGN_TYPE")},
-               Step("res501(KD_WMS_DESIGN_TYPE)", "create table KD_WMS_DESIGN_TYPE (ID NUMBER(38), DESIGN_TYPE VARCHAR2(64))"),
-               {"START res603"},
-               DesignTypeRows(true),
-               {Missing("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
-               Step("Adding DESIGN_TYPE_ID column to KD_WMS_DESIGN table",
-                    "Alter table KD_WMS_DESIGN add DESIGN_TYPE_ID NUMBER(38)"),
-               kSubtasks, kWidening, DatabaseIdCopied(), VersionWritten(2408)})},
+         true, FreshRun(true)},
         {"sql server, fresh: no widening", kSqlServer,
          [](auto& p, auto&) {
              Repository(p);
              p.AnswerQuery("select MOBILE_PACKET_ID from KD_WMS_DESIGN", {});
          },
-         true,
-         Join({Enabled833(),
-               {Missing("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION")},
-               Step("Adding APPLY_MATERIAL column to KD_WMS_WORK_FUNCTION table",
-                    "Alter table KD_WMS_WORK_FUNCTION add APPLY_MATERIAL smallint"),
-               {Opened("select MOBILE_PACKET_ID from KD_WMS_DESIGN"), "EXEC " + kDropConstraint},
-               Step("Dropping MOBILE_PACKET_ID column from KD_WMS_DESIGN table",
-                    "Alter table KD_WMS_DESIGN drop column MOBILE_PACKET_ID"),
-               {Missing("SELECT * FROM KD_WMS_DESIGN_TYPE")},
-               Step("res501(KD_WMS_DESIGN_TYPE)", "create table KD_WMS_DESIGN_TYPE (ID INT, DESIGN_TYPE VARCHAR(64))"),
-               {"START res603"},
-               DesignTypeRows(false),
-               {Missing("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
-               Step("Adding DESIGN_TYPE_ID column to KD_WMS_DESIGN table",
-                    "Alter table KD_WMS_DESIGN add DESIGN_TYPE_ID INT"),
-               kSubtasks, DatabaseIdCopied(), VersionWritten(2408)})},
+         true, FreshRun(false)},
         {"oracle, design types already there: no create, no rows", kOracle, [](auto& p, auto&) { Complete(p); }, true,
          Join({Enabled833(),
                {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),

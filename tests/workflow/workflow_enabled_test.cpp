@@ -101,43 +101,6 @@ TEST(WorkflowUpgraders, NoneOfferedForWorkflow5085OnCore4865) {
     }
 }
 
-// The order of the tests and what each reads, with its table prefix: the
-// tables first (8.3.2 and 8.3.3), then the extension, then the version.
-TEST(WorkflowUpgraders, EnabledTranscripts) {
-    struct Case {
-        const char* name;
-        UpgraderPtr (*create)();
-        int32_t coreVersion;
-        bool tables;
-        Lines lines;
-    };
-    const Case cases[] = {
-        {"8.3.2 reads its tables, the extensions and the version", New_KDUpgradeWFM832, 1601, true,
-         {Opened("SELECT * FROM P_KD_WMS_DESIGN"), Opened("SELECT * FROM P_KD_WMS_WORK_REQUEST"),
-          Opened("SELECT * FROM P_KD_VQ_SUPPORTED_EXTENSIONS"), Opened("select VERSION from P_KD_WMS_DB_VERSION")}},
-        {"8.3.2 stops at the first missing table", New_KDUpgradeWFM832, 1601, false,
-         {Missing("SELECT * FROM P_KD_WMS_DESIGN")}},
-        {"8.3.3 with a core too old reads no version", New_KDUpgradeWFM833, 1925, true,
-         {Opened("SELECT * FROM P_KD_WMS_WORK_FUNCTION"), Opened("SELECT * FROM P_KD_VQ_SUPPORTED_EXTENSIONS")}},
-        {"8.3.0 with a core too old still reads the extensions", New_KDUpgradeWFM830, 1205, true,
-         {Opened("SELECT * FROM P_KD_VQ_SUPPORTED_EXTENSIONS")}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        TestHost host;
-        ado::ScriptedProvider* p = nullptr;
-        auto cn = host.ScriptedConnection(kSqlServer, &p);
-        WorkflowRepository(*p, 1601, "P_");
-        if (c.tables) {
-            for (const char* table : {"P_KD_WMS_DESIGN", "P_KD_WMS_WORK_REQUEST", "P_KD_WMS_WORK_FUNCTION"}) {
-                p->AnswerQuery(std::string("SELECT * FROM ") + table, {});
-            }
-        }
-        CallEnabled(c.create().Get(), host.Login(cn.Get(), "P_").Get(), c.coreVersion);
-        EXPECT_EQ(host.Log().Lines(), c.lines);
-    }
-}
-
 // A failure inside Enabled reaches the host with the chain of tags; the
 // 9.3 rev2 class carries the 9.0.2 class's name in its tags.
 TEST(WorkflowUpgraders, EnabledFailureCarriesTheClassTag) {
@@ -147,7 +110,6 @@ TEST(WorkflowUpgraders, EnabledFailureCarriesTheClassTag) {
     };
     const Case cases[] = {
         {New_KDUpgradeWFM830, "KDUpgradeWFM830::IKDVqDatabaseUpgrader_Enabled"},
-        {New_KDUpgradeWFM901sp1, "KDUpgradeWFM901sp1::IKDVqDatabaseUpgrader_Enabled"},
         {New_kdUpgradeWFM93rev2, "KDUpgradeWFM902::IKDVqDatabaseUpgrader_Enabled"},
         {New_kdUpgradeWFM931, "kdUpgradeWFM931::IKDVqDatabaseUpgrader_Enabled"},
     };

@@ -10,9 +10,14 @@
 //   "OPEN <sql> => ERROR <n>"            a query that failed
 //   "INSERT <table> (COL=value, ...)"    a row added through a recordset
 //   "UPDATE <table> #<row> SET COL=value, ..."  changed fields of row <row>
-//                                        (1-based position in the query's rows)
+//                                        (1-based position in the query's rows;
+//                                        rows added later number on from there)
+//   either of the two with " => ERROR <n>" appended when FailRowWrites hits it
 //   "BEGIN", "COMMIT", "ROLLBACK"
-// Values are written as Variant::Describe gives them (Null, 12, 'text').
+// Values are written as Variant::Describe gives them (Null, 12, 'text'),
+// columns in the order the recordset set them. <table> is the single table
+// after the query's FROM, as written; queries over several tables are
+// read-only.
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -60,7 +65,12 @@ public:
     void FailRowWrites(const std::string& table, int32_t nativeError);
 
     // ---- Provider (declared in provider.h) ----
-    // (the overrides of Provider are declared here)
+    std::string Name() const override;
+    void Execute(const std::string& sql) override;
+    std::unique_ptr<Cursor> OpenQuery(const std::string& sql, const QueryOptions& options) override;
+    void BeginTrans() override;
+    void CommitTrans() override;
+    void RollbackTrans() override;
 
 private:
     struct Impl;

@@ -1,0 +1,196 @@
+#include "core/index_statements.h"
+#include "tests/core/core_test_support.h"
+
+namespace kdvq::testing {
+namespace {
+
+struct Index {
+    const char* table;
+    const char* columns;
+    const char* name;
+};
+
+const std::vector<Index> kCore = {
+    {"KD_VQ_CURRENT_STATE", "SOID, STATE_ID", "KD_VQ_CURRENT_STATE_VQ1"},
+    {"KD_VQ_USER_ROLE", "USER_ID, ROLE_ID", "VQ_USER_ROLE_ID_RLID_IDX"},
+    {"KD_VQ_NODE_TYPE", "NODE_TYPE_ID", "VQ_NODE_TYPE_ID_IDX"},
+    {"KD_VQ_NODE_TYPE", "NAME", "VQ_NODE_TYPE_NAME_IDX"},
+    {"KD_VQ_FILTERS", "PROGID", "VQ_FILTERS_PRODID_IDX"},
+    {"KD_VQ_STATE", "STATE", "VQ_STATE_STA_IDX"},
+    {"KD_VQ_STATE_ROLE", "STATE_ID", "VQ_STATE_ROLE_STID_IDX"},
+    {"KD_VQ_SUBTASKS", "TASK_ID", "VQ_SUBTASKS_ID_IDX"},
+    {"KD_VQ_SUBTASKS_PARAMETERS", "SUBTASK_ID", "VQ_SUBTASK_PARAM_STID_IDX"},
+    {"KD_VQ_TRANSITION_TO_STATE", "TRANSITION_ID", "VQ_TRAN_TO_STATE_TRANID_IDX"},
+    {"KD_VQ_TRANSITION_FROM_STATE", "TRANSITION_ID", "VQ_TRAN_FROM_STATE_TRANID_IDX"},
+    {"KD_VQ_TRANSITION_ROLE", "TRANSITION_ID", "VQ_TRAN_ROLE_TRANID_IDX"},
+    {"KD_VQ_HISTORY", "USER_ID, NODE_TYPE_ID, NODE_ID", "VQ_HIST_ID_NODETY_NDID_IDX"},
+    {"KD_MOBILE_STATE", "NODE_TYPE_ID, NODE_ID", "KD_MOBILESTATE_NODETYID_IDX"},
+};
+
+// The first workflow index is the one named differently on Oracle.
+std::vector<Index> Workflow(bool oracle) {
+    return {
+        {"KD_WMS_DN_COST_FACTOR", "DESIGN_ID, FACTOR_ID",
+         oracle ? "KD_WMS_DN_COST_FACTOR_IX1" : "KD_WMS_DN_COST_FACTOR_VQ1"},
+        {"KD_WMS_CU_COST_FACTOR", "CU_ID", "KD_WMS_CU_COST_FACTOR_CUID_IDX"},
+        {"KD_WMS_CU_COST_FACTOR", "FACTOR_ID", "KD_WMS_CU_COST_FACTOR_FID_IDX"},
+        {"KD_WMS_WL_COST_FACTOR", "WORKLOCATION_ID", "KD_WMS_WL_COST_FACTOR_WLID_IDX"},
+        {"KD_WMS_WL_COST_FACTOR", "FACTOR_ID", "KD_WMS_WL_COST_FACTOR_FID_IDX"},
+        {"KD_WMS_COMPATIBLE_UNIT_LIBRARY", "CODE", "KD_WMS_CU_LIBRARY_IDX"},
+        {"KD_WMS_COMPATIBLE_UNIT", "DESIGN_ID", "KD_WMS_CU_DESIGN_ID_IDX"},
+        {"KD_WMS_COMPATIBLE_UNIT", "WORK_LOCATION_ID", "KD_WMS_CU_WORK_LOC_ID_IDX"},
+        {"KD_WMS_WORK_LOCATION", "DESIGN_ID", "KD_WMS_WORK_LOCATION_IDX"},
+        {"KD_WMS_APPROVED_DESIGNS", "WORK_REQUEST_ID", "KD_WMS_APPROVED_DN_WRID_IDX"},
+        {"KD_WMS_APPROVED_DESIGNS", "DESIGN_ID", "KD_WMS_APPROVED_DN_DNID_IDX"},
+        {"KD_WMS_DESIGN", "COPY_FROM_ID", "KD_WMS_DESIGN_COPYFROM_IDX"},
+        {"KD_WMS_WR_USERS", "WORK_REQUEST_ID", "KD_WMS_WR_USERS_IDX"},
+    };
+}
+
+enum class Dialect { Oracle, SqlServer, Access };
+
+// The four lines of one index: the direct drop, then the create step.
+Lines IndexLines(Dialect d, const Index& i) {
+    const std::string t = i.table;
+    const std::string n = i.name;
+    const std::string c = i.columns;
+    switch (d) {
+        case Dialect::Oracle:
+            return {"EXEC DROP INDEX PROCESS." + n, "START \tCreating index: PROCESS." + n,
+                    "EXEC CREATE INDEX PROCESS." + n + " ON PROCESS." + t + "(" + c + ")  ", "DONE res102"};
+        case Dialect::SqlServer:
+            return {"EXEC DROP INDEX PROCESS." + t + "." + n, "START \tCreating index: " + n,
+                    "EXEC CREATE INDEX " + n + " ON PROCESS." + t + "(" + c + ")", "DONE res102"};
+        case Dialect::Access:
+            return {"EXEC DROP INDEX " + n + " ON " + t, "START \tCreating index: " + n,
+                    "EXEC CREATE INDEX " + n + " ON " + t + "(" + c + ")", "DONE res102"};
+    }
+    return {};
+}
+
+Lines CoreIndices(Dialect d) {
+    Lines lines = {"START Creating Indices for the Orvane tables..."};
+    for (const Index& i : kCore) lines = Concat({lines, IndexLines(d, i)});
+    return lines;
+}
+
+Lines WorkflowIndices(Dialect d) {
+    Lines lines = {"START ", "START Creating Indices for Workflow Manager tables..."};
+    for (const Index& i : Workflow(d == Dialect::Oracle)) lines = Concat({lines, IndexLines(d, i)});
+    return lines;
+}
+
+const std::string kCoreProbe = "SELECT * FROM KD_VQ_DB_VERSION";
+const std::string kWorkflowProbe = "SELECT * FROM KD_WMS_DB_VERSION";
+const std::string kExtensions = "SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS";
+
+std::function<void(ado::ScriptedProvider&)> Repository(bool core, bool workflowTables, bool workflowRegistered) {
+    return [=](ado::ScriptedProvider& p) {
+        if (core) p.AnswerQuery(kCoreProbe, Table({"VERSION"}, {{4866}}));
+        if (workflowTables) p.AnswerQuery(kWorkflowProbe, Table({"VERSION"}, {{5645}}));
+        p.AnswerQuery(kExtensions, Table({"NAME"}, {{workflowRegistered ? "KDWORKFLOWMANAGER" : "KDSessionManager"}}));
+    };
+}
+
+TEST(KDCreateTableIndices, ScriptedSituations) {
+    // Execute answers False in every situation, also after a clean run.
+    const std::vector<ScriptedCase> cases = {
+        {"oracle, both parts", kOracleProvider, 4866, Repository(true, true, true), Outcome::False,
+         Concat({{Found(kCoreProbe)},
+                 CoreIndices(Dialect::Oracle),
+                 {Found(kExtensions), Found(kWorkflowProbe)},
+                 WorkflowIndices(Dialect::Oracle)})},
+        {"oracle, workflow tables of an unregistered extension", kOracleProvider, 4866,
+         Repository(true, true, false), Outcome::False,
+         Concat({{Found(kCoreProbe)}, CoreIndices(Dialect::Oracle), {Found(kExtensions), Found(kWorkflowProbe)}})},
+        {"a provider named after both dialects takes the Oracle list", "MSDAORA.OracleSQL", 0,
+         Repository(false, false, true), Outcome::False,
+         {NotFound(kCoreProbe), Found(kExtensions), NotFound(kWorkflowProbe)}},
+        {"sql server, workflow tables of an unregistered extension, no core version table", kSqlServerProvider, 0,
+         Repository(false, true, false), Outcome::False,
+         Concat({{NotFound(kCoreProbe), Found(kWorkflowProbe)}, WorkflowIndices(Dialect::SqlServer)})},
+        {"sql server, core only", kSqlServerProvider, 0, Repository(true, false, true), Outcome::False,
+         Concat({{Found(kCoreProbe)}, CoreIndices(Dialect::SqlServer), {NotFound(kWorkflowProbe)}})},
+        {"access, both parts", "Microsoft.Jet.OLEDB.4.0", 0, Repository(true, true, false), Outcome::False,
+         Concat({{Found(kCoreProbe)},
+                 CoreIndices(Dialect::Access),
+                 {Found(kWorkflowProbe)},
+                 WorkflowIndices(Dialect::Access)})},
+        {"an unknown provider gets nothing", "IBMDADB2", 0, Repository(true, true, true), Outcome::False, {}},
+        {"oracle, a missing index to drop and a table to index missing", kOracleProvider, 0,
+         [](ado::ScriptedProvider& p) {
+             Repository(false, true, true)(p);
+             p.FailExecute("DROP INDEX PROCESS.KD_WMS_DN_COST_FACTOR_IX1", {1418}, "specified index does not exist");
+             p.FailExecute("CREATE INDEX PROCESS.KD_WMS_DN_COST_FACTOR_IX1 ON PROCESS.KD_WMS_DN_COST_FACTOR"
+                           "(DESIGN_ID, FACTOR_ID)  ",
+                           {942});
+         },
+         Outcome::False,
+         Concat({{NotFound(kCoreProbe), Found(kExtensions), Found(kWorkflowProbe), "START ",
+                  "START Creating Indices for Workflow Manager tables...",
+                  "EXEC DROP INDEX PROCESS.KD_WMS_DN_COST_FACTOR_IX1 => ERROR 1418",
+                  "LOG 2 kdVqUpgraders:\\r\\nKDCreateTableIndices::CreateOracleIndex\\r\\nspecified index does not exist"},
+                 RanFailing("\tCreating index: PROCESS.KD_WMS_DN_COST_FACTOR_IX1",
+                            "CREATE INDEX PROCESS.KD_WMS_DN_COST_FACTOR_IX1 ON PROCESS.KD_WMS_DN_COST_FACTOR"
+                            "(DESIGN_ID, FACTOR_ID)  ",
+                            942, 1),
+                 From(WorkflowIndices(Dialect::Oracle), 6)})},
+    };
+    ExpectScripted(New_KDCreateTableIndices, cases);
+}
+
+struct StatementCase {
+    std::string built;
+    std::string expected;
+};
+
+TEST(KDCreateTableIndices, IndexStatementsWithTheirClauses) {
+    const std::vector<StatementCase> cases = {
+        {OracleCreateIndexSql("I", "T", "A, B", "", ""), "CREATE INDEX I ON T(A, B)  "},
+        {OracleCreateIndexSql("I", "T", "A", "PCTFREE 10", "TABLESPACE X"), "CREATE INDEX I ON T(A) PCTFREE 10 TABLESPACE X"},
+        {CreateIndexWithSql("I", "T", "A", ""), "CREATE INDEX I ON T(A)"},
+        {CreateIndexWithSql("I", "T", "A", "FILLFACTOR = 80"), "CREATE INDEX I ON T(A) WITH FILLFACTOR = 80"},
+        {OracleDropIndexSql("O.I"), "DROP INDEX O.I"},
+        {MSSQLDropIndexSql("I", "O.T"), "DROP INDEX O.T.I"},
+        {AccessDropIndexSql("I", "T"), "DROP INDEX I ON T"},
+    };
+    for (const StatementCase& c : cases) EXPECT_EQ(c.built, c.expected);
+}
+
+// The SQLite provider names itself "SQLite", so the SQL Server list runs:
+// owner-qualified names that the provider accepts.
+TEST(KDCreateTableIndices, CreatesIndicesOnSqliteAndAgainOnASecondRun) {
+    SqliteRepository repo(
+        "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER);\n"
+        "CREATE TABLE KD_VQ_CURRENT_STATE (SOID INTEGER, STATE_ID INTEGER);\n"
+        "CREATE TABLE KD_VQ_NODE_TYPE (NODE_TYPE_ID INTEGER, NAME VARCHAR(64));\n"
+        "CREATE TABLE KD_VQ_HISTORY (USER_ID INTEGER, NODE_TYPE_ID INTEGER, NODE_ID INTEGER);\n"
+        "CREATE INDEX VQ_NODE_TYPE_NAME_IDX ON KD_VQ_NODE_TYPE(NODE_TYPE_ID);\n"
+        "CREATE TABLE KD_WMS_DB_VERSION (VERSION INTEGER);\n"
+        "CREATE TABLE KD_WMS_DESIGN (COPY_FROM_ID INTEGER)");
+    const Lines indices = {"KD_VQ_CURRENT_STATE|KD_VQ_CURRENT_STATE_VQ1",
+                           "KD_VQ_HISTORY|VQ_HIST_ID_NODETY_NDID_IDX",
+                           "KD_VQ_NODE_TYPE|VQ_NODE_TYPE_ID_IDX",
+                           "KD_VQ_NODE_TYPE|VQ_NODE_TYPE_NAME_IDX",
+                           "KD_WMS_DESIGN|KD_WMS_DESIGN_COPYFROM_IDX"};
+    for (int run = 1; run <= 2; ++run) {
+        SCOPED_TRACE(run);
+        TestHost host;
+        EXPECT_EQ(repo.Run(host, New_KDCreateTableIndices, 0), Outcome::False);
+        Lines quoted;
+        for (const std::string& row :
+             repo.Query("SELECT tbl_name, name FROM sqlite_master WHERE type='index' ORDER BY tbl_name, name")) {
+            std::string unquoted;
+            for (char ch : row) {
+                if (ch != '\'') unquoted += ch;
+            }
+            quoted.push_back(unquoted);
+        }
+        EXPECT_EQ(quoted, indices);
+        // The name index was made anew on its right column.
+        EXPECT_EQ(repo.Query("SELECT name FROM pragma_index_info('VQ_NODE_TYPE_NAME_IDX')"), Lines{"'NAME'"});
+    }
+}
+
+}  // namespace
+}  // namespace kdvq::testing

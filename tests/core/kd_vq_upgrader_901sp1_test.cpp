@@ -1,0 +1,192 @@
+#include "tests/core/core_test_support.h"
+
+namespace kdvq::testing {
+namespace {
+
+const std::string kWorkflow = "KDWorkflowManager";
+const std::string kSession = "KDSessionManager";
+const Variant kNull = Variant::Null();
+
+// The statements and texts of one run, for a table prefix.
+struct Texts {
+    std::string prefix;
+    std::string transitions = "SELECT TRANSITION_ID, NODE_TYPE_ID, NAME FROM " + prefix + "KD_VQ_TRANSITION";
+    std::string targets = "SELECT TRANSITION_ID, NODE_TYPE_ID FROM " + prefix + "KD_VQ_TRANSITION_TO_STATE t, " +
+                          prefix + "KD_VQ_STATE s WHERE t.STATE_ID=s.STATE_ID";
+    std::string extensions = "SELECT NAME, ID FROM " + prefix + "KD_VQ_SUPPORTED_EXTENSIONS";
+    std::string nodeTypes = "SELECT NAME, NODE_TYPE_ID, EXTENSION_ID FROM " + prefix + "KD_VQ_NODE_TYPE";
+    std::string states = "SELECT STATE_ID, NODE_TYPE_ID FROM " + prefix + "KD_VQ_STATE";
+    std::string StatePass(int role) const {
+        return "SELECT s.STATE_ID, NAME, ROLE_ID FROM " + prefix + "KD_VQ_STATE_ROLE sr, " + prefix +
+               "KD_VQ_STATE s WHERE ROLE_ID=" + std::to_string(role) + " AND s.STATE_ID=sr.STATE_ID";
+    }
+    std::string FilterPass(int role) const {
+        return "SELECT STATE_ID, PROGID, ROLE_ID FROM " + prefix + "KD_VQ_FILTER_ROLE, " + prefix +
+               "KD_VQ_FILTERS WHERE ROLE_ID=" + std::to_string(role) + " AND ID=FILTER_ID";
+    }
+    std::string TaskPass(int role) const {
+        return "SELECT ROLE_ID, NAME, NODE_TYPE_ID FROM " + prefix + "KD_VQ_TASK_ROLE tr, " + prefix +
+               " KD_VQ_TASKS t WHERE ROLE_ID=" + std::to_string(role) + " AND tr.TASK_ID=t.TASK_ID";
+    }
+    std::string TransitionPass(int role) const {
+        return "SELECT ROLE_ID, NAME, NODE_TYPE_ID FROM " + prefix + "KD_VQ_TRANSITION_ROLE tr, " + prefix +
+               " KD_VQ_TRANSITION t WHERE ROLE_ID=" + std::to_string(role) + " AND tr.TRANSITION_ID=t.TRANSITION_ID";
+    }
+};
+
+const std::string kRoles = "SELECT ROLE_ID, NAME, EXTENSION_ID FROM KD_VQ_ROLE";
+const std::string kTransitionProbe = "select NODE_TYPE_ID from KD_VQ_TRANSITION";
+const std::string kRoleProbe = "select EXTENSION_ID from KD_VQ_ROLE";
+const std::string kAddNodeTypeText = "Adding NODE_TYPE_ID column to KD_VQ_TRANSITION table";
+const std::string kAddExtensionText = "Adding EXTENSION_ID column to KD_VQ_ROLE table";
+const std::string kOraAddNodeType = "Alter table KD_VQ_TRANSITION add NODE_TYPE_ID NUMBER(38)";
+const std::string kOraAddExtension = "Alter table KD_VQ_ROLE add EXTENSION_ID NUMBER(38)";
+const std::string kSqlAddNodeType = "Alter table KD_VQ_TRANSITION add NODE_TYPE_ID INT";
+const std::string kSqlAddExtension = "Alter table KD_VQ_ROLE add EXTENSION_ID INT";
+const std::string kNoExtensionWarning =
+    "Warning: Node type Loose has no extension assigned to it. Extensions for roles that indirectly reference "
+    "this node type might not be automatically assignable";
+
+// The replayed 8.3.3 run on a repository where everything answers empty:
+// its columns are there and there is nothing to number.
+Lines Replayed833(const std::string& prefix) {
+    return {Found("select ID from KD_VQ_SUPPORTED_EXTENSIONS"),
+            Found("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS"),
+            "START res101(KD_VQ_SUPPORTED_EXTENSIONS)",
+            Found("select EXTENSION_ID from KD_VQ_NODE_TYPE"),
+            Found("SELECT ID, NAME FROM KD_VQ_SUPPORTED_EXTENSIONS"),
+            Found("SELECT NAME, EXTENSION_ID FROM KD_VQ_NODE_TYPE"),
+            Found("select VERSION from " + prefix + "KD_VQ_DB_VERSION")};
+}
+
+// Three transitions (one with two target states, one that has its node
+// type, one without targets); node types with an extension, with Null,
+// with -1 and a duplicated id; a role to determine and one already set.
+void Repository(ado::ScriptedProvider& p, const Texts& t) {
+    p.SetUnknownQueriesSucceed(true);
+    p.FailQuery(kTransitionProbe);
+    p.FailQuery(kRoleProbe);
+    p.AnswerQuery("select VERSION from " + t.prefix + "KD_VQ_DB_VERSION", Table({"VERSION"}, {{1926}}));
+    p.AnswerQuery(t.transitions, Table({"TRANSITION_ID", "NODE_TYPE_ID", "NAME"},
+                                       {{1, kNull, "Approve"}, {2, 5, "Keep"}, {3, kNull, "Orphan"}}));
+    p.AnswerQuery(t.targets, Table({"TRANSITION_ID", "NODE_TYPE_ID"}, {{2, 12}, {1, 10}, {1, 11}}));
+    p.AnswerQuery(t.extensions, Table({"NAME", "ID"}, {{kWorkflow, 101}, {kSession, 102}, {"Shadow", 101}}));
+    p.AnswerQuery(t.nodeTypes, Table({"NAME", "NODE_TYPE_ID", "EXTENSION_ID"},
+                                     {{"Design", 10, 101}, {"Loose", 11, kNull}, {"Design copy", 10, 102},
+                                      {"Gone", 12, -1}, {"Session", 13, 102}}));
+    p.AnswerQuery(t.states, Table({"STATE_ID", "NODE_TYPE_ID"}, {{1, 10}, {2, 11}, {3, 13}}));
+    p.AnswerQuery(kRoles, Table({"ROLE_ID", "NAME", "EXTENSION_ID"}, {{5, "Clerk", kNull}, {6, "Boss", 102}}));
+    p.AnswerQuery(t.StatePass(5), Table({"STATE_ID", "NAME", "ROLE_ID"}, {{1, "Open", 5}, {2, "Loose state", 5}}));
+    p.AnswerQuery(t.TaskPass(5), Table({"ROLE_ID", "NAME", "NODE_TYPE_ID"}, {{5, "Review", 10}}));
+}
+
+Lines TransitionsFilled(const Texts& t) {
+    return {"START res504(KD_VQ_TRANSITION)",
+            Found(t.transitions),
+            Found(t.targets),
+            "UPDATE " + t.prefix + "KD_VQ_TRANSITION #1 SET NODE_TYPE_ID=10",
+            "START res604(Orphan)",
+            "UPDATE " + t.prefix + "KD_VQ_TRANSITION #3 SET NODE_TYPE_ID=-1",
+            "DONE res102"};
+}
+
+Lines RolesRead(const Texts& t) {
+    return {"START res504(KD_VQ_ROLE)",
+            Found(t.extensions),
+            Found(t.nodeTypes),
+            "START " + kNoExtensionWarning,
+            "START Warning: Node type Gone has no extension assigned to it. Extensions for roles that indirectly "
+            "reference this node type might not be automatically assignable",
+            Found(t.states),
+            Found(kRoles)};
+}
+
+Lines ClerkDetermined(const Texts& t) {
+    return {Found(t.StatePass(5)),
+            "START   Role Clerk is set for state Open, Extension=KDWorkflowManager",
+            Found(t.FilterPass(5)),
+            Found(t.TaskPass(5)),
+            "START   Role Clerk is set for Task Review, Extension=KDWorkflowManager",
+            Found(t.TransitionPass(5)),
+            "UPDATE KD_VQ_ROLE #1 SET EXTENSION_ID=101"};
+}
+
+TEST(KDVqUpgrader901sp1, ScriptedSituations) {
+    const Texts plain{""};
+    const Texts prefixed{"ORV_"};
+    const std::vector<ScriptedCase> cases = {
+        {"oracle, columns missing", kOracleProvider, 1926, [&](auto& p) { Repository(p, plain); }, Outcome::True,
+         Concat({Replayed833(""),
+                 {NotFound(kTransitionProbe)},
+                 Ran(kAddNodeTypeText, kOraAddNodeType),
+                 TransitionsFilled(plain),
+                 {NotFound(kRoleProbe)},
+                 Ran(kAddExtensionText, kOraAddExtension),
+                 RolesRead(plain),
+                 ClerkDetermined(plain),
+                 CoreVersionWritten(2703)})},
+        {"sql server with a table prefix", kSqlServerProvider, 2702, [&](auto& p) { Repository(p, prefixed); },
+         Outcome::True,
+         Concat({Replayed833("ORV_"),
+                 {NotFound(kTransitionProbe)},
+                 Ran(kAddNodeTypeText, kSqlAddNodeType),
+                 TransitionsFilled(prefixed),
+                 {NotFound(kRoleProbe)},
+                 Ran(kAddExtensionText, kSqlAddExtension),
+                 RolesRead(prefixed),
+                 ClerkDetermined(prefixed),
+                 CoreVersionWritten(2703, "ORV_")}),
+         "ORV_"},
+        {"oracle, empty transitions and roles, columns present", kOracleProvider, 1926,
+         [](auto& p) {
+             p.SetUnknownQueriesSucceed(true);
+             p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{1926}}));
+         },
+         Outcome::True,
+         Concat({Replayed833(""),
+                 {Found(kTransitionProbe), "START res504(KD_VQ_TRANSITION)", Found(plain.transitions), "DONE res102",
+                  Found(kRoleProbe), "START res504(KD_VQ_ROLE)", Found(plain.extensions), Found(plain.nodeTypes),
+                  Found(plain.states), Found(kRoles), "DONE res102"},
+                 CoreVersionWritten(2703)})},
+        {"sql server, a failing pass query: the role run answers false", kSqlServerProvider, 1926,
+         [&](auto& p) {
+             Repository(p, plain);
+             p.FailQuery(plain.FilterPass(5));
+         },
+         Outcome::False,
+         Concat({Replayed833(""),
+                 {NotFound(kTransitionProbe)},
+                 Ran(kAddNodeTypeText, kSqlAddNodeType),
+                 TransitionsFilled(plain),
+                 {NotFound(kRoleProbe)},
+                 Ran(kAddExtensionText, kSqlAddExtension),
+                 RolesRead(plain),
+                 {Found(plain.StatePass(5)), "START   Role Clerk is set for state Open, Extension=KDWorkflowManager",
+                  NotFound(plain.FilterPass(5)), "START table or view does not exist",
+                  HandlerFailure({"KDVqUpgrade901sp1::GetRoleExtensionId"}, "table or view does not exist"),
+                  HandlerFailure({"KDVqUpgrade901sp1::UpdateRoleExtensionId", "KDVqUpgrade901sp1::GetRoleExtensionId"},
+                                 "table or view does not exist")}})},
+        {"oracle, target states unreadable: the failure reaches the host", kOracleProvider, 1926,
+         [&](auto& p) {
+             Repository(p, plain);
+             p.FailQuery(plain.targets);
+         },
+         Outcome::Raised,
+         Concat({Replayed833(""),
+                 {NotFound(kTransitionProbe)},
+                 Ran(kAddNodeTypeText, kOraAddNodeType),
+                 {"START res504(KD_VQ_TRANSITION)", Found(plain.transitions), NotFound(plain.targets),
+                  "START Object variable or With block variable not set",
+                  HandlerFailure({"KDVqUpgrade901sp1::UpdateTransitionNodeTypeId"},
+                                 "Object variable or With block variable not set"),
+                  HandlerFailure({"KDVqUpgrade901sp1::UpgradeOracle", "KDVqUpgrade901sp1::UpdateTransitionNodeTypeId"},
+                                 "Object variable or With block variable not set"),
+                  HandlerFailure({"KDVqUpgrade901sp1::IKDVqDatabaseUpgrader_Execute", "KDVqUpgrade901sp1::UpgradeOracle",
+                                  "KDVqUpgrade901sp1::UpdateTransitionNodeTypeId"},
+                                 "Object variable or With block variable not set")}})},
+    };
+    ExpectScripted(New_KDVqUpgrader901sp1, cases);
+}
+
+}  // namespace
+}  // namespace kdvq::testing

@@ -1,0 +1,41 @@
+#include "tests/core/core_test_support.h"
+
+namespace kdvq::testing {
+namespace {
+
+const std::string kProbe = "select INITIAL_STATE from KD_VQ_NODE_TYPE";
+const std::string kOraAdd = "Alter table KD_VQ_NODE_TYPE add (INITIAL_STATE NUMBER(38))";
+const std::string kSqlAdd = "Alter table KD_VQ_NODE_TYPE add INITIAL_STATE INT;";
+const std::string kAddText = "res502(INITIAL_STATE,KD_VQ_NODE_TYPE)";
+const std::string kUpdate = "UPDATE KD_VQ_NODE_TYPE SET INITIAL_STATE=1 WHERE INITIAL_STATE IS NULL";
+
+const Lines kFlagsSet = {"START Updating INITIAL_STATE in KD_VQ_NODE_TYPE", "EXEC " + kUpdate, "DONE res102"};
+
+Script Repository(bool withColumn, std::string failing = "", int32_t nativeError = 0) {
+    return CoreRepository(2860, withColumn ? std::vector<std::string>{kProbe} : std::vector<std::string>{}, failing,
+                          nativeError);
+}
+
+TEST(KDVqUpgrader912, ScriptedSituations) {
+    const std::vector<ScriptedCase> cases = {
+        {"oracle, column missing", kOracleProvider, 2860, Repository(false), Outcome::True,
+         Concat({{NotFound(kProbe)}, Ran(kAddText, kOraAdd), kFlagsSet, CoreVersionWritten(3354)})},
+        {"sql server, column missing", kSqlServerProvider, 3353, Repository(false), Outcome::True,
+         Concat({{NotFound(kProbe)}, Ran(kAddText, kSqlAdd), kFlagsSet, CoreVersionWritten(3354)})},
+        {"oracle, column present: empty flags still set", kOracleProvider, 2860, Repository(true), Outcome::True,
+         Concat({{Found(kProbe)}, kFlagsSet, CoreVersionWritten(3354)})},
+        {"sql server, column add failing as already done", kSqlServerProvider, 2860, Repository(false, kSqlAdd, 2261),
+         Outcome::True,
+         Concat({{NotFound(kProbe)}, RanFailing(kAddText, kSqlAdd, 2261, 2), kFlagsSet, CoreVersionWritten(3354)})},
+        {"oracle, a failed column add: no update", kOracleProvider, 2860, Repository(false, kOraAdd, 1430),
+         Outcome::False, Concat({{NotFound(kProbe)}, RanFailing(kAddText, kOraAdd, 1430, 1)})},
+        {"sql server, a failed update reports 103", kSqlServerProvider, 2860, Repository(true, kUpdate, 207),
+         Outcome::False,
+         {Found(kProbe), "START Updating INITIAL_STATE in KD_VQ_NODE_TYPE", "EXEC " + kUpdate + " => ERROR 207",
+          CommandFailure(1, kUpdate), "DONE res103"}},
+    };
+    ExpectScripted(New_KDVqUpgrader912, cases);
+}
+
+}  // namespace
+}  // namespace kdvq::testing

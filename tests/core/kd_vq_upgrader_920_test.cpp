@@ -1,0 +1,82 @@
+#include "tests/core/core_test_support.h"
+
+namespace kdvq::testing {
+namespace {
+
+const std::string kMessaging = "SELECT * FROM KD_VQ_MESSAGING";
+const std::string kProcessorProbe = "select PROCESSOR_ID from KD_VQ_MESSAGING";
+const std::string kMessagingRole = "SELECT * FROM KD_VQ_MESSAGING_ROLE";
+const std::string kDrop = "Drop Table KD_VQ_MESSAGING";
+const std::string kOraCreate =
+    "Create Table KD_VQ_MESSAGING (ID NUMBER(38), TYPE VARCHAR2(64), VERB VARCHAR2(64), NOUN VARCHAR2(64), "
+    "VERSION VARCHAR2(64), PROCESSOR_ID VARCHAR2(255))";
+const std::string kOraCreateRole = "Create Table KD_VQ_MESSAGING_ROLE (MESSAGE_ID NUMBER(38), ROLE_ID NUMBER(38))";
+const std::string kSqlCreate =
+    "Create Table KD_VQ_MESSAGING (ID INT, TYPE VARCHAR(64), VERB VARCHAR(64), NOUN VARCHAR(64), "
+    "VERSION VARCHAR(64), PROCESSOR_ID VARCHAR(255))";
+const std::string kSqlCreateRole = "Create Table KD_VQ_MESSAGING_ROLE (MESSAGE_ID INT, ROLE_ID INT)";
+
+enum class Messaging { Missing, OldShape, Current };
+
+// The messaging tables as found, changing with the statements that run.
+std::function<void(ado::ScriptedProvider&)> Repository(Messaging messaging, bool roleTable, std::string failing = "",
+                                                       int32_t nativeError = 0) {
+    return [=](ado::ScriptedProvider& p) {
+        p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{3354}}));
+        TrackTables(p, {{{kMessaging}, messaging != Messaging::Missing, {kOraCreate, kSqlCreate}, {kDrop}},
+                        {{kProcessorProbe}, messaging == Messaging::Current, {kOraCreate, kSqlCreate}, {kDrop}},
+                        {{kMessagingRole}, roleTable, {kOraCreateRole, kSqlCreateRole}, {}}},
+                    {failing, nativeError});
+    };
+}
+
+Lines Created(const std::string& table, const std::string& sql) {
+    return Concat({Ran("res501(" + table + ")", sql), {"START res611(" + table + ")"}});
+}
+
+TEST(KDVqUpgrader920, ScriptedSituations) {
+    const Lines missingChecked = {NotFound(kMessaging), NotFound(kProcessorProbe), NotFound(kMessaging)};
+    const std::vector<ScriptedCase> cases = {
+        {"oracle, fresh repository", kOracleProvider, 3354, Repository(Messaging::Missing, false), Outcome::True,
+         Concat({missingChecked,
+                 Created("KD_VQ_MESSAGING", kOraCreate),
+                 {NotFound(kMessagingRole)},
+                 Created("KD_VQ_MESSAGING_ROLE", kOraCreateRole),
+                 CoreVersionWritten(4039)})},
+        {"sql server, old messaging table: dropped and made anew", kSqlServerProvider, 4038,
+         Repository(Messaging::OldShape, true), Outcome::True,
+         Concat({{Found(kMessaging), NotFound(kProcessorProbe)},
+                 Ran("res507(KD_VQ_MESSAGING)", kDrop),
+                 {NotFound(kMessaging)},
+                 Created("KD_VQ_MESSAGING", kSqlCreate),
+                 {Found(kMessagingRole)},
+                 CoreVersionWritten(4039)})},
+        {"oracle, current messaging table kept, only the role table made", kOracleProvider, 3354,
+         Repository(Messaging::Current, false), Outcome::True,
+         Concat({{Found(kMessaging), Found(kProcessorProbe), Found(kMessaging), NotFound(kMessagingRole)},
+                 Created("KD_VQ_MESSAGING_ROLE", kOraCreateRole),
+                 CoreVersionWritten(4039)})},
+        {"sql server, a failed drop is ignored", kSqlServerProvider, 3354,
+         Repository(Messaging::OldShape, true, kDrop, 3701), Outcome::True,
+         Concat({{Found(kMessaging), NotFound(kProcessorProbe)},
+                 RanFailing("res507(KD_VQ_MESSAGING)", kDrop, 3701, 1),
+                 {Found(kMessaging), Found(kMessagingRole)},
+                 CoreVersionWritten(4039)})},
+        {"oracle, a failed create is replaced by the next one", kOracleProvider, 3354,
+         Repository(Messaging::Missing, false, kOraCreate, 1031), Outcome::True,
+         Concat({missingChecked,
+                 RanFailing("res501(KD_VQ_MESSAGING)", kOraCreate, 1031, 1),
+                 {NotFound(kMessagingRole)},
+                 Created("KD_VQ_MESSAGING_ROLE", kOraCreateRole),
+                 CoreVersionWritten(4039)})},
+        {"sql server, the last create fails", kSqlServerProvider, 3354,
+         Repository(Messaging::Current, false, kSqlCreateRole, 262), Outcome::False,
+         {Found(kMessaging), Found(kProcessorProbe), Found(kMessaging), NotFound(kMessagingRole),
+          "START res501(KD_VQ_MESSAGING_ROLE)", "EXEC " + kSqlCreateRole + " => ERROR 262",
+          CommandFailure(1, kSqlCreateRole)}},
+    };
+    ExpectScripted(New_KDVqUpgrader920, cases);
+}
+
+}  // namespace
+}  // namespace kdvq::testing

@@ -1,0 +1,162 @@
+// The host objects as the upgrader library sees them: created through the
+// component runtime by their class identifiers while a HostServices lives.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "framework/host_interfaces.h"
+#include "host/host_identifiers.h"
+#include "host/host_services.h"
+#include "platform/com/error_info.h"
+#include "platform/com/runtime.h"
+#include "tests/host/runner_process.h"
+#include "tests/support/test_host.h"
+
+namespace kdhost::testing {
+namespace {
+
+using kdvq::Variant;
+using kdvq::VariantArray;
+
+class HostObjects : public ::testing::Test {
+protected:
+    HostObjects() {
+        auto settings = std::make_shared<Settings>();
+        settings->Set("BulletinBoard Version", "VersionName", "9.3.1");
+        settings->Set("Numbers", "Count", "42");
+        answers_->byTitle["Database ID"] = "REPO-7";
+        answers_->ask = [this](const std::string& prompt, const std::string& title, const std::string&) {
+            asked_.push_back(title + "|" + prompt);
+            return std::string("typed");
+        };
+        answers_->beforePrompt = [this] { asked_.push_back("before prompt"); };
+        configuration_.log = std::make_shared<LogSink>(folder_.File("host.log"), [] { return std::string("T"); });
+        configuration_.strings = std::make_shared<StringTable>(
+            StringTable::Parse("102\tDone.\n502\tAdding column %1 to table %2\n", "test-strings"));
+        configuration_.answers = answers_;
+        configuration_.settings = settings;
+        services_ = std::make_unique<HostServices>(configuration_);
+    }
+
+    template <class T>
+    com::ComPtr<T> Make(const com::CLSID& clsid, const com::IID& iid) {
+        com::HRESULT hr = com::S_OK;
+        com::ComPtr<T> object = com::CreateInstance<T>(clsid, iid, &hr);
+        EXPECT_TRUE(com::Succeeded(hr));
+        return object;
+    }
+
+    std::string Ask(const std::string& title) {
+        auto box = Make<kdvq::IKDInputBox>(kClsidInputBox, kIidInputBox);
+        std::string answer = "unset";
+        EXPECT_EQ(box->InputBox("Enter it:", title, "", Variant(), Variant(), Variant(), Variant(), &answer),
+                  com::S_OK);
+        return answer;
+    }
+
+    kdvq::testing::TempDir folder_;
+    std::shared_ptr<InputBoxAnswers> answers_ = std::make_shared<InputBoxAnswers>();
+    std::vector<std::string> asked_;
+    HostConfiguration configuration_;
+    std::unique_ptr<HostServices> services_;
+};
+
+TEST_F(HostObjects, ResourceStringsSubstituteTheValues) {
+    auto strings = Make<kdvq::IKDResourceStrings>(kClsidResourceStrings, kIidResourceStrings);
+    ASSERT_EQ(strings->Initialize("kdVqUpgraders"), com::S_OK);
+    std::string text;
+    ASSERT_EQ(strings->GetString(502, VariantArray{0, {Variant("HIDDEN"), Variant(7)}}, &text), com::S_OK);
+    EXPECT_EQ(text, "Adding column HIDDEN to table 7");
+    ASSERT_EQ(strings->GetString(102, VariantArray{}, &text), com::S_OK);
+    EXPECT_EQ(text, "Done.");
+}
+
+TEST_F(HostObjects, AMissingStringFailsWithItsNumber) {
+    auto strings = Make<kdvq::IKDResourceStrings>(kClsidResourceStrings, kIidResourceStrings);
+    strings->Initialize("kdVqUpgraders");
+    std::string text;
+    EXPECT_TRUE(com::Failed(strings->GetString(999, VariantArray{}, &text)));
+    EXPECT_EQ(com::TakeErrorInfo().description, "String 999 of kdVqUpgraders is missing from test-strings");
+}
+
+TEST_F(HostObjects, CategoryServiceKnowsTheUpgraderCategoryOnly) {
+    auto categories = Make<kdvq::IKDCategoryService>(kClsidCategoryService, kIidCategoryService);
+    std::string category;
+    ASSERT_EQ(categories->GetCategory(122, &category), com::S_OK);
+    EXPECT_EQ(category, "{9ADDD0F3-2471-4EC4-B342-85DB55EAAA60}");
+    EXPECT_TRUE(com::Failed(categories->GetCategory(121, &category)));
+    EXPECT_EQ(com::TakeErrorInfo().description, "Unknown component category code 121");
+}
+
+TEST_F(HostObjects, LoggerWritesEntriesWithTheirLevel) {
+    auto logger = Make<kdvq::IKDLogger>(kClsidLogger, kIidLogger);
+    logger->Log("kdVqUpgraders:\r\nfirst", 1);
+    logger->Log("kdVqUpgraders:\r\nsecond", 2);
+    EXPECT_EQ(ReadWholeFile(folder_.File("host.log")),
+              "T ERROR kdVqUpgraders:\n    first\nT WARNING kdVqUpgraders:\n    second\n");
+}
+
+struct InputCase {
+    std::string name;
+    std::string title;
+    bool interactive;
+    std::string answer;
+    std::vector<std::string> asked;
+};
+
+class InputBoxAnswersTest : public HostObjects, public ::testing::WithParamInterface<InputCase> {};
+
+TEST_P(InputBoxAnswersTest, AnswersGivenInAdvanceThenAsksThenGivesNothing) {
+    answers_->interactive = GetParam().interactive;
+    EXPECT_EQ(Ask(GetParam().title), GetParam().answer);
+    EXPECT_EQ(asked_, GetParam().asked);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, InputBoxAnswersTest,
+    ::testing::Values(InputCase{"GivenInAdvance", "Database ID", true, "REPO-7", {}},
+                      InputCase{"AskedOnTheTerminal", "Other", true, "typed", {"before prompt", "Other|Enter it:"}},
+                      InputCase{"NoTerminal", "Other", false, "", {}}),
+    [](const ::testing::TestParamInfo<InputCase>& info) { return info.param.name; });
+
+struct RegistryCase {
+    std::string name;
+    std::string key;
+    std::string valueName;
+    int32_t type;
+    Variant defaultValue;
+    Variant expected;
+};
+
+class RegistryValues : public HostObjects, public ::testing::WithParamInterface<RegistryCase> {};
+
+TEST_P(RegistryValues, ComeFromTheSettingsOrTheDefault) {
+    auto registry = Make<kdvq::IKDRegistry>(kClsidRegistry, kIidRegistry);
+    ASSERT_EQ(registry->OpenKey(kdvq::kHkeyLocalMachine, 2, GetParam().key), com::S_OK);
+    Variant value;
+    ASSERT_EQ(registry->ReadValue(GetParam().valueName, GetParam().type, GetParam().defaultValue, &value), com::S_OK);
+    EXPECT_EQ(value, GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, RegistryValues,
+    ::testing::Values(
+        RegistryCase{"Set", "BulletinBoard Version", "VersionName", 8, Variant(""), Variant("9.3.1")},
+        RegistryCase{"NamesIgnoreCase", "BULLETINBOARD VERSION", "versionname", 8, Variant(""), Variant("9.3.1")},
+        RegistryCase{"AbsentGivesTheDefault", "BulletinBoard Version", "Build", 8, Variant("none"), Variant("none")},
+        RegistryCase{"AbsentWithoutDefaultIsEmptyText", "Missing", "VersionName", 8, Variant(), Variant("")},
+        RegistryCase{"NumberAsLong", "Numbers", "Count", 3, Variant(), Variant::Long(42)}),
+    [](const ::testing::TestParamInfo<RegistryCase>& info) { return info.param.name; });
+
+TEST_F(HostObjects, ProbeCanBeCreatedWhileTheServicesLive) {
+    EXPECT_TRUE(Make<kdvq::IKDProbe>(kClsidProbe, kIidProbe));
+    services_.reset();
+    com::HRESULT hr = com::S_OK;
+    EXPECT_FALSE(com::CreateInstance<kdvq::IKDProbe>(kClsidProbe, kIidProbe, &hr));
+    com::TakeErrorInfo();
+}
+
+}  // namespace
+}  // namespace kdhost::testing

@@ -1,0 +1,33 @@
+#pragma once
+// Runs the built kdvq-upgrade binary in a child process with a registry
+// and settings of its own, its standard input closed, and collects its exit
+// status and output.
+#include <string>
+#include <vector>
+
+namespace kdhost::testing {
+
+struct RunnerResult {
+    int status = -1;  // exit status; 128 + signal number when killed
+    std::string out;
+    std::string err;
+};
+
+struct RunnerEnvironment {
+    std::string folder;                 // holds the registry and the output files
+    bool asUnprivilegedUser = false;    // drop to "nobody" first (only possible as root)
+};
+
+RunnerResult RunRunner(const std::vector<std::string>& args, const RunnerEnvironment& environment);
+
+// Whether the runner can be started as an unprivileged user: file
+// permissions only stop such a user (root reads and writes anything).
+bool MustDropPrivilegesForPermissionTests();
+
+std::string ReadWholeFile(const std::string& path);
+void WriteWholeFile(const std::string& path, const std::string& text);
+bool FileExists(const std::string& path);
+// The lines of a text (without line ends).
+std::vector<std::string> Lines(const std::string& text);
+
+}  // namespace kdhost::testing

@@ -1,0 +1,155 @@
+// The runner end to end on SQLite repositories: the --json documents, and
+// a sample of release 8.2 brought to the current release.
+#include <sqlite3.h>
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/json_reader.h"
+#include "tests/host/runner_process.h"
+#include "tests/support/test_host.h"
+
+namespace kdhost::testing {
+namespace {
+
+using kdvq::testing::TempDir;
+using Type = JsonValue::Type;
+
+// The first column of the first row of a query, as text.
+std::string QueryText(const std::string& path, const std::string& sql) {
+    sqlite3* db = nullptr;
+    sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
+    sqlite3_stmt* statement = nullptr;
+    std::string text = "(none)";
+    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr) == SQLITE_OK &&
+        sqlite3_step(statement) == SQLITE_ROW) {
+        const unsigned char* value = sqlite3_column_text(statement, 0);
+        text = value ? reinterpret_cast<const char*>(value) : "(null)";
+    }
+    sqlite3_finalize(statement);
+    sqlite3_close(db);
+    return text;
+}
+
+void WriteCoreRepository(const std::string& path) {
+    sqlite3* db = nullptr;
+    sqlite3_open(path.c_str(), &db);
+    sqlite3_exec(db,
+                 "CREATE TABLE KD_VQ_NODE_TYPE (NODE_TYPE_ID INT, NAME VARCHAR(64));"
+                 "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(128), ID INT);"
+                 "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));"
+                 "INSERT INTO KD_VQ_DB_VERSION VALUES (4866, 'CORE-1');",
+                 nullptr, nullptr, nullptr);
+    sqlite3_close(db);
+}
+
+std::vector<int> Versions(const JsonValue& versions) {
+    EXPECT_EQ(versions.Keys(), (std::vector<std::string>{"core", "session", "workflow", "mobile"}));
+    std::vector<int> numbers;
+    for (const auto& member : versions.members) numbers.push_back(static_cast<int>(member.second.number));
+    return numbers;
+}
+
+class RunnerUpgrade : public ::testing::Test {
+protected:
+    RunnerResult Run(const std::vector<std::string>& args) { return RunRunner(args, {runnerFolder_.Path(), false}); }
+    std::string Sample() {
+        std::string path = repositoryFolder_.File("sample.db");
+        RunnerResult made = Run({"sample", "--release", "8.2", "--db", path});
+        EXPECT_EQ(made.status, 0) << made.err;
+        EXPECT_EQ(made.out, "Created a sample repository of release 8.2 in " + path + "\n");
+        return path;
+    }
+
+    TempDir repositoryFolder_;
+    TempDir runnerFolder_;
+};
+
+TEST_F(RunnerUpgrade, JsonDocumentHasVersionsAndOneEntryPerUpgraderThatRan) {
+    // A core part at the current release with no extension installed.
+    std::string path = repositoryFolder_.File("core.db");
+    WriteCoreRepository(path);
+    RunnerResult result = Run({"upgrade", "--db", path, "--json"});
+    JsonValue document = ParseJson(result.out);
+
+    EXPECT_EQ(document.Keys(), (std::vector<std::string>{"target", "versions_before", "versions_after", "upgraders",
+                                                         "system_tables", "passes", "succeeded", "exit_status"}));
+    EXPECT_EQ(document["target"].text, path);
+    EXPECT_EQ(Versions(document["versions_before"]), (std::vector<int>{4866, 0, 0, 0}));
+    Versions(document["versions_after"]);
+    EXPECT_EQ(document["exit_status"].number, result.status);
+    EXPECT_EQ(document["succeeded"].boolean, result.status == 0);
+    ASSERT_EQ(document["upgraders"].type, Type::Array);
+    ASSERT_FALSE(document["upgraders"].items.empty());
+    for (const JsonValue& upgrader : document["upgraders"].items) {
+        std::vector<std::string> keys = upgrader.Keys();
+        bool failedCall = keys.size() == 7;
+        EXPECT_EQ(keys, failedCall ? std::vector<std::string>{"class", "pass", "result", "failure", "failed_call",
+                                                               "error", "duration_ms"}
+                                   : std::vector<std::string>{"class", "pass", "result", "failure", "duration_ms"});
+        EXPECT_EQ(upgrader["class"].type, Type::String);
+        EXPECT_GE(upgrader["pass"].number, 1);
+        EXPECT_LE(upgrader["pass"].number, document["passes"].number);
+        EXPECT_EQ(upgrader["result"].type, Type::Boolean);
+        EXPECT_GE(upgrader["duration_ms"].number, 0);
+    }
+    EXPECT_EQ(document["system_tables"].type, Type::Object);
+}
+
+TEST_F(RunnerUpgrade, StatusJsonListsEveryClassWithItsAnswer) {
+    std::string path = Sample();
+    RunnerResult result = Run({"status", "--db", path, "--json"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    JsonValue document = ParseJson(result.out);
+    EXPECT_EQ(document.Keys(), (std::vector<std::string>{"target", "versions", "upgraders"}));
+    EXPECT_EQ(Versions(document["versions"]), (std::vector<int>{1100, 0, 0, 0}));
+    ASSERT_EQ(document["upgraders"].items.size(), 31u);
+    EXPECT_EQ(document["upgraders"].items[3]["class"].text, "KDVqUpgrader830");
+    EXPECT_TRUE(document["upgraders"].items[3]["enabled"].boolean);
+    // Status reads; it never changes the repository.
+    EXPECT_EQ(QueryText(path, "SELECT VERSION FROM KD_VQ_DB_VERSION"), "1100");
+}
+
+TEST_F(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
+    std::string path = Sample();
+    RunnerResult first = Run({"upgrade", "--db", path, "--database-id", "REPO-7", "--setting",
+                              "BulletinBoard Version/VersionName=9.3.1"});
+    ASSERT_EQ(first.status, 0) << first.err;
+    std::vector<std::string> lines = Lines(first.out);
+    ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines[lines.size() - 3], "Versions after: core 4866, session 4866, workflow 5645, mobile 5129");
+    EXPECT_EQ(lines[lines.size() - 1], "Log: " + path + ".log");
+    // The input box's answer and the host setting reached the repository.
+    EXPECT_EQ(QueryText(path, "SELECT DATABASE_ID FROM KD_VQ_DB_VERSION"), "REPO-7");
+    EXPECT_EQ(QueryText(path, "SELECT CONFIG_VALUE FROM KD_VQ_CONFIG WHERE CONFIG_NAME='WMSDefaultParentVersion'"),
+              "9.3.1");
+
+    // A second run finds nothing to climb: only the final pass runs.
+    RunnerResult second = Run({"upgrade", "--db", path, "--json"});
+    ASSERT_EQ(second.status, 0) << second.err;
+    JsonValue document = ParseJson(second.out);
+    EXPECT_EQ(Versions(document["versions_after"]), (std::vector<int>{4866, 4866, 5645, 5129}));
+    std::vector<std::string> ran;
+    for (const JsonValue& upgrader : document["upgraders"].items) ran.push_back(upgrader["class"].text);
+    EXPECT_EQ(ran, (std::vector<std::string>{"KDHideVqTables", "KDHideSMTables", "KDHideWFMTables",
+                                             "KDHideMobileTables", "KDCreateTableIndices"}));
+    EXPECT_EQ(document["system_tables"].Keys(), (std::vector<std::string>{"core", "session", "workflow", "mobile"}));
+    EXPECT_EQ(document["system_tables"]["mobile"].items.size(), 4u);
+}
+
+TEST_F(RunnerUpgrade, WithoutDatabaseIdTheUpgradersThatNeedItFailAndSayWhatToDo) {
+    std::string path = Sample();
+    RunnerResult result = Run({"upgrade", "--db", path});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err,
+              "kdvq-upgrade: the upgrade is incomplete: KDUpgraderSM833 answered False, KDUpgradeWFM833 answered "
+              "False.\nThe log " +
+                  path +
+                  ".log holds the details. Correct the cause and run the upgrade again; upgraders that succeeded "
+                  "are not offered again.\n");
+}
+
+}  // namespace
+}  // namespace kdhost::testing

@@ -1,0 +1,209 @@
+// What the runner shows and writes: console step lines, log entries, the
+// JSON writer and the presentation of a run.
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "host/console.h"
+#include "host/json_writer.h"
+#include "host/log_sink.h"
+#include "host/run_presenter.h"
+#include "tests/host/memory_stream.h"
+#include "tests/host/runner_process.h"
+#include "tests/support/test_host.h"
+
+namespace kdhost::testing {
+namespace {
+
+struct ConsoleCase {
+    std::string name;
+    bool terminal;
+    std::function<void(Console&)> write;
+    std::string expected;
+};
+
+class ConsoleOutput : public ::testing::TestWithParam<ConsoleCase> {};
+
+TEST_P(ConsoleOutput, PrintsStepsAsExpected) {
+    MemoryStream stream;
+    Console console(stream.File(), GetParam().terminal);
+    GetParam().write(console);
+    EXPECT_EQ(stream.Text(), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ConsoleOutput,
+    ::testing::Values(
+        ConsoleCase{"PlainStepAndOutcome", false,
+                    [](Console& c) {
+                        c.StepStarting("Creating table KD_VQ_TASKS");
+                        c.StepFinished("Done.");
+                    },
+                    "  Creating table KD_VQ_TASKS\n    Done.\n"},
+        ConsoleCase{"TerminalOutcomeOnTheStepLine", true,
+                    [](Console& c) {
+                        c.StepStarting("Creating table KD_VQ_TASKS");
+                        c.StepFinished("Done.");
+                    },
+                    "  Creating table KD_VQ_TASKS ... Done.\n"},
+        ConsoleCase{"TerminalStepWithoutOutcomeEndsAtTheNextText", true,
+                    [](Console& c) {
+                        c.StepStarting("Tables created.");
+                        c.StepStarting("Adding column A to table B");
+                        c.Line("KDVqUpgrader832: Framework upgrade");
+                    },
+                    "  Tables created. ...\n  Adding column A to table B ...\nKDVqUpgrader832: Framework upgrade\n"},
+        ConsoleCase{"TerminalOutcomeWithoutStep", true, [](Console& c) { c.StepFinished("Done."); },
+                    "    Done.\n"},
+        ConsoleCase{"LineBreaksOfTheUpgradersAreIndented", false,
+                    [](Console& c) { c.StepStarting("modMain::DoCommand\r\n-2147217900: no such table\r\nCommand: x"); },
+                    "  modMain::DoCommand\n    -2147217900: no such table\n    Command: x\n"},
+        ConsoleCase{"TabsKeptAndTrailingBlanksDropped", false,
+                    [](Console& c) {
+                        c.StepStarting("\tA role belongs to one extension only.  ");
+                        c.StepStarting("");
+                    },
+                    "  \tA role belongs to one extension only.\n\n"},
+        ConsoleCase{"InterruptEndsAnOpenLineOnce", true,
+                    [](Console& c) {
+                        c.StepStarting("Updating table X");
+                        c.Interrupt();
+                        c.Interrupt();
+                    },
+                    "  Updating table X ...\n"}),
+    [](const ::testing::TestParamInfo<ConsoleCase>& info) { return info.param.name; });
+
+struct LogCase {
+    std::string name;
+    std::string text;
+    int32_t level;
+    std::vector<std::string> expected;
+};
+
+class LogEntryFormat : public ::testing::TestWithParam<LogCase> {};
+
+TEST_P(LogEntryFormat, CarriesTimeLevelAndIndentedLines) {
+    EXPECT_EQ(LogSink::Format("2024-05-17 09:41:07.250", GetParam().text, GetParam().level), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, LogEntryFormat,
+    ::testing::Values(
+        LogCase{"Failure",
+                "kdVqUpgraders:\r\nmodMain::DoCommand\r\n1: no such table: KD_X\r\nCommand: DROP TABLE KD_X",
+                1,
+                {"2024-05-17 09:41:07.250 ERROR kdVqUpgraders:", "    modMain::DoCommand",
+                 "    1: no such table: KD_X", "    Command: DROP TABLE KD_X"}},
+        LogCase{"ToleratedFailure", "kdVqUpgraders:\r\nindex exists", 2,
+                {"2024-05-17 09:41:07.250 WARNING kdVqUpgraders:", "    index exists"}},
+        LogCase{"Information", "upgrade started", 3, {"2024-05-17 09:41:07.250 INFO upgrade started"}},
+        LogCase{"OtherLevel", "", 7, {"2024-05-17 09:41:07.250 LEVEL 7 "}}),
+    [](const ::testing::TestParamInfo<LogCase>& info) { return info.param.name; });
+
+TEST(LogSinkFile, IsCreatedByTheFirstEntryAndCountsLevels) {
+    kdvq::testing::TempDir folder;
+    std::string path = folder.File("run.log");
+    LogSink sink(path, [] { return std::string("T"); });
+    EXPECT_FALSE(FileExists(path));
+    sink.Write("a\r\nb", kLogFailure);
+    sink.Write("c", kLogTolerated);
+    sink.Write("d", kLogTolerated);
+    EXPECT_EQ(ReadWholeFile(path), "T ERROR a\n    b\nT WARNING c\nT WARNING d\n");
+    EXPECT_EQ(sink.Count(kLogFailure), 1);
+    EXPECT_EQ(sink.Count(kLogTolerated), 2);
+    EXPECT_EQ(sink.Count(kLogInformation), 0);
+}
+
+TEST(JsonWriterDocument, IndentsNestsAndEscapes) {
+    JsonWriter json;
+    json.BeginObject();
+    json.Key("text").String("a \"quoted\"\r\n\ttab\\ \x01");
+    json.Key("empty").BeginArray().EndArray();
+    json.Key("list").StringArray({"x", "y"});
+    json.Key("inner").BeginObject().Key("n").Integer(-3).Key("d").Decimal(1.23456, 3).Key("b").Boolean(false);
+    json.EndObject();
+    json.EndObject();
+    EXPECT_EQ(json.Text(),
+              "{\n"
+              "  \"text\": \"a \\\"quoted\\\"\\r\\n\\ttab\\\\ \\u0001\",\n"
+              "  \"empty\": [],\n"
+              "  \"list\": [\n"
+              "    \"x\",\n"
+              "    \"y\"\n"
+              "  ],\n"
+              "  \"inner\": {\n"
+              "    \"n\": -3,\n"
+              "    \"d\": 1.235,\n"
+              "    \"b\": false\n"
+              "  }\n"
+              "}\n");
+}
+
+UpgraderOutcome Outcome(const std::string& name, bool result, bool failure, const std::string& call = "",
+                        const std::string& error = "") {
+    UpgraderOutcome outcome;
+    outcome.className = name;
+    outcome.pass = 2;
+    outcome.result = result;
+    outcome.failure = failure;
+    outcome.failedCall = call;
+    outcome.error = error;
+    outcome.seconds = 1.5;
+    return outcome;
+}
+
+TEST(RunPresentation, ShowsPassesOutcomesAndSystemTables) {
+    MemoryStream stream;
+    Console console(stream.File(), false);
+    RunPresenter presenter(console, false);
+    presenter.PassStarting(2, 1206, false);
+    presenter.UpgraderStarting("KDVqUpgrader832", "Framework upgrade to release 8.3.2");
+    presenter.UpgraderFinished(Outcome("KDVqUpgrader832", true, false));
+    presenter.UpgraderStarting("KDUpgradeSM830", "Session Manager upgrade to release 8.3.0");
+    presenter.UpgraderFinished(Outcome("KDUpgradeSM830", false, true));
+    presenter.UpgraderFinished(Outcome("KDUpgradeWFM830", false, true, "Enabled", "tag\r\nno such table"));
+    presenter.UpgraderStarting("KDVqUpgrader902", "Framework upgrade to release 9.0.2");
+    presenter.UpgraderFinished(Outcome("KDVqUpgrader902", false, true, "Execute", "overflow"));
+    presenter.PassStarting(3, 4866, true);
+    presenter.UpgraderStarting("KDCreateTableIndices", "Create table indices");
+    presenter.UpgraderFinished(Outcome("KDCreateTableIndices", false, false));
+    presenter.SystemTablesListed({"mobile", "KDHideMobileTables",
+                                  {"KD_MOBILE_DB_VERSION", "KD_MOBILE_PACKET_ADAPTERS", "KD_MOBILE_STATE",
+                                   "KD_MOBILE_STORED_DISPLAY", "KD_MOBILE_EXTRA"}});
+    EXPECT_EQ(Lines(stream.Text()),
+              (std::vector<std::string>{
+                  "Pass 2 (core version 1206)",
+                  "KDVqUpgrader832: Framework upgrade to release 8.3.2",
+                  "  succeeded",
+                  "KDUpgradeSM830: Session Manager upgrade to release 8.3.0",
+                  "  FAILED: answered False",
+                  "KDUpgradeWFM830",
+                  "  FAILED: its Enabled test raised an error:",
+                  "    tag",
+                  "    no such table",
+                  "KDVqUpgrader902: Framework upgrade to release 9.0.2",
+                  "  FAILED with an error:",
+                  "    overflow",
+                  "Final pass 3, for the upgraders that move no version (core version 4866)",
+                  "KDCreateTableIndices: Create table indices",
+                  "  done; it answers False by design, which is no failure",
+                  "  System tables of the mobile part (5):",
+                  "    KD_MOBILE_DB_VERSION, KD_MOBILE_PACKET_ADAPTERS, KD_MOBILE_STATE, KD_MOBILE_STORED_DISPLAY",
+                  "    KD_MOBILE_EXTRA",
+              }));
+}
+
+TEST(RunPresentation, FailureSummaryNamesTheUpgradersAndTheLog) {
+    RunResult run;
+    run.outcomes = {Outcome("KDVqUpgrader830", true, false), Outcome("KDUpgraderSM833", false, true),
+                    Outcome("KDVqUpgrader902", false, true, "Execute", "overflow")};
+    EXPECT_EQ(FailureSummary(run, "/tmp/r.db.log"),
+              "the upgrade is incomplete: KDUpgraderSM833 answered False, KDVqUpgrader902 failed in Execute.\n"
+              "The log /tmp/r.db.log holds the details. Correct the cause and run the upgrade again; upgraders "
+              "that succeeded are not offered again.");
+}
+
+}  // namespace
+}  // namespace kdhost::testing

@@ -1,0 +1,239 @@
+// The pass algorithm of an upgrade run, over upgraders made by the test and
+// registered in the process, on a real SQLite repository.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "framework/upgrader_interfaces.h"
+#include "host/host_identifiers.h"
+#include "host/host_object.h"
+#include "host/login.h"
+#include "host/repository_versions.h"
+#include "host/upgrade_passes.h"
+#include "platform/automation/collection.h"
+#include "platform/com/error_info.h"
+#include "platform/com/runtime.h"
+#include "tests/support/test_host.h"
+
+namespace kdhost::testing {
+namespace {
+
+using Transcript = std::vector<std::string>;
+
+enum class Behaviour { Succeed, AnswerFalse, RaiseInExecute, RaiseInEnabled };
+
+// An upgrader of the core chain: enabled for from <= version < to, it
+// writes `to` into the core version table. "Always" upgraders ignore the
+// version, like the final ones.
+struct FakeSpec {
+    std::string name;
+    int32_t from = 0;
+    int32_t to = 0;
+    Behaviour behaviour = Behaviour::Succeed;
+    bool always = false;
+    std::vector<std::string> systemTables;
+};
+
+class FakeUpgrader : public HostObject<FakeUpgrader, kdvq::IKDVqDatabaseUpgrader> {
+public:
+    FakeUpgrader(FakeSpec spec, std::shared_ptr<Transcript> transcript)
+        : spec_(std::move(spec)), transcript_(std::move(transcript)) {}
+    static const com::IID& InterfaceIid() { return kIidDatabaseUpgrader; }
+
+    com::HRESULT Enabled(kdvq::IKDLogin* login, int32_t* version, automation::VARIANT_BOOL* result) override {
+        transcript_->push_back("ASK " + spec_.name + " " + std::to_string(*version));
+        if (spec_.behaviour == Behaviour::RaiseInEnabled) return Raise("Enabled broke");
+        com::ComPtr<com::IUnknown> unknown;
+        login->GetConnection(unknown.Put());
+        connection_ = ado::ConnectionFromUnknown(unknown.Get());
+        bool enabled = spec_.always || (spec_.from <= *version && *version < spec_.to);
+        *result = enabled ? automation::VARIANT_TRUE : automation::VARIANT_FALSE;
+        return com::S_OK;
+    }
+    com::HRESULT Name(std::string* result) override {
+        *result = "the " + spec_.name;
+        return com::S_OK;
+    }
+    com::HRESULT Description(std::string* result) override {
+        *result = "";
+        return com::S_OK;
+    }
+    com::HRESULT TavixSystemTables(automation::Variant* result) override {
+        com::ComPtr<automation::Collection> tables = automation::Collection::Create();
+        for (const std::string& table : spec_.systemTables) tables->Add(table);
+        *result = automation::Variant(com::ComPtr<com::IUnknown>(tables->Unknown()));
+        return com::S_OK;
+    }
+    com::HRESULT Execute(kdvq::IKDProgressCallback*, automation::VARIANT_BOOL* result) override {
+        transcript_->push_back("EXEC " + spec_.name);
+        if (spec_.behaviour == Behaviour::RaiseInExecute) return Raise("Execute broke");
+        if (!spec_.always && spec_.behaviour == Behaviour::Succeed) {
+            connection_->Execute("UPDATE KD_VQ_DB_VERSION SET VERSION = " + std::to_string(spec_.to));
+        }
+        *result = spec_.behaviour == Behaviour::Succeed ? automation::VARIANT_TRUE : automation::VARIANT_FALSE;
+        return com::S_OK;
+    }
+
+private:
+    static com::HRESULT Raise(const std::string& description) {
+        return com::SetErrorInfo({5, "fake", description});
+    }
+
+    FakeSpec spec_;
+    std::shared_ptr<Transcript> transcript_;
+    com::ComPtr<ado::Connection> connection_;
+};
+
+class RecordingObserver : public RunObserver {
+public:
+    explicit RecordingObserver(std::shared_ptr<Transcript> transcript) : transcript_(std::move(transcript)) {}
+    void PassStarting(int pass, int32_t coreVersion, bool final) override {
+        transcript_->push_back(std::string(final ? "FINAL " : "") + "PASS " + std::to_string(pass) +
+                               " core=" + std::to_string(coreVersion));
+    }
+    void UpgraderStarting(const std::string& className, const std::string& name) override {
+        transcript_->push_back("START " + className + " (" + name + ")");
+    }
+    void UpgraderFinished(const UpgraderOutcome& o) override {
+        transcript_->push_back("OUTCOME " + o.className + " pass=" + std::to_string(o.pass) +
+                               " result=" + (o.result ? "true" : "false") +
+                               " failure=" + (o.failure ? "true" : "false") +
+                               (o.failedCall.empty() ? "" : " call=" + o.failedCall) +
+                               (o.failedCall.empty() || o.failedCall == "create" ? "" : " error=" + o.error));
+    }
+    void SystemTablesListed(const SystemTableList& list) override {
+        std::string names;
+        for (const std::string& table : list.tables) names += (names.empty() ? "" : ",") + table;
+        transcript_->push_back("TABLES " + list.part + " " + list.className + ": " + names);
+    }
+
+private:
+    std::shared_ptr<Transcript> transcript_;
+};
+
+struct Scenario {
+    std::string name;
+    std::vector<FakeSpec> classes;  // in registration order
+    bool succeeded;
+    Transcript expected;
+};
+
+const std::vector<Scenario>& Scenarios() {
+    static const std::vector<Scenario> scenarios = {
+        {"ChainRegisteredOutOfOrderClimbsOverPasses",
+         {{"Upgrader832", 1206, 1601}, {"Upgrader830", 0, 1206}},
+         true,
+         {"PASS 1 core=1100", "ASK Upgrader832 1100", "ASK Upgrader830 1100", "START Upgrader830 (the Upgrader830)",
+          "EXEC Upgrader830", "OUTCOME Upgrader830 pass=1 result=true failure=false", "PASS 2 core=1206",
+          "ASK Upgrader832 1206", "START Upgrader832 (the Upgrader832)", "EXEC Upgrader832",
+          "OUTCOME Upgrader832 pass=2 result=true failure=false", "PASS 3 core=1601", "FINAL PASS 4 core=1601"}},
+        {"EveryEnabledOfAPassGetsTheVersionReadAtItsStart",
+         {{"Upgrader830", 0, 1206}, {"Upgrader832", 1206, 1601}},
+         true,
+         {"PASS 1 core=1100", "ASK Upgrader830 1100", "START Upgrader830 (the Upgrader830)", "EXEC Upgrader830",
+          "OUTCOME Upgrader830 pass=1 result=true failure=false", "ASK Upgrader832 1100", "PASS 2 core=1206",
+          "ASK Upgrader832 1206", "START Upgrader832 (the Upgrader832)", "EXEC Upgrader832",
+          "OUTCOME Upgrader832 pass=2 result=true failure=false", "PASS 3 core=1601", "FINAL PASS 4 core=1601"}},
+        {"AnUpgraderAnsweringFalseFailsTheRunAndIsNotOfferedAgain",
+         {{"Upgrader830", 0, 1206, Behaviour::AnswerFalse}, {"Upgrader832", 1206, 1601}},
+         false,
+         {"PASS 1 core=1100", "ASK Upgrader830 1100", "START Upgrader830 (the Upgrader830)", "EXEC Upgrader830",
+          "OUTCOME Upgrader830 pass=1 result=false failure=true", "ASK Upgrader832 1100", "PASS 2 core=1100",
+          "ASK Upgrader832 1100", "FINAL PASS 3 core=1100"}},
+        {"AFailureInExecuteIsRecordedWithItsDescription",
+         {{"Upgrader830", 0, 1206, Behaviour::RaiseInExecute}},
+         false,
+         {"PASS 1 core=1100", "ASK Upgrader830 1100", "START Upgrader830 (the Upgrader830)", "EXEC Upgrader830",
+          "OUTCOME Upgrader830 pass=1 result=false failure=true call=Execute error=Execute broke", "PASS 2 core=1100",
+          "FINAL PASS 3 core=1100"}},
+        {"AFailureInEnabledIsRecordedAndNotAskedAgain",
+         {{"Upgrader830", 0, 1206, Behaviour::RaiseInEnabled}},
+         false,
+         {"PASS 1 core=1100", "ASK Upgrader830 1100",
+          "OUTCOME Upgrader830 pass=1 result=false failure=true call=Enabled error=Enabled broke", "PASS 2 core=1100",
+          "FINAL PASS 3 core=1100"}},
+        {"UpgradersThatMoveNoVersionRunOnceAfterTheChains",
+         {{"KDHideVqTables", 0, 0, Behaviour::Succeed, true, {"KD_VQ_CONFIG", "KD_VQ_USER"}},
+          {"Upgrader830", 0, 1206},
+          {"KDCreateTableIndices", 0, 0, Behaviour::AnswerFalse, true},
+          {"KDHideSMTables", 0, 0, Behaviour::RaiseInExecute, true, {"KD_SESSION"}}},
+         false,
+         {"PASS 1 core=1100", "ASK Upgrader830 1100", "START Upgrader830 (the Upgrader830)", "EXEC Upgrader830",
+          "OUTCOME Upgrader830 pass=1 result=true failure=false", "PASS 2 core=1206", "FINAL PASS 3 core=1206",
+          "ASK KDHideVqTables 1206", "START KDHideVqTables (the KDHideVqTables)", "EXEC KDHideVqTables",
+          "OUTCOME KDHideVqTables pass=3 result=true failure=false", "TABLES core KDHideVqTables: KD_VQ_CONFIG,KD_VQ_USER",
+          "ASK KDCreateTableIndices 1206", "START KDCreateTableIndices (the KDCreateTableIndices)",
+          "EXEC KDCreateTableIndices", "OUTCOME KDCreateTableIndices pass=3 result=false failure=false",
+          "ASK KDHideSMTables 1206", "START KDHideSMTables (the KDHideSMTables)", "EXEC KDHideSMTables",
+          "OUTCOME KDHideSMTables pass=3 result=false failure=true call=Execute error=Execute broke"}},
+    };
+    return scenarios;
+}
+
+com::CLSID FakeClsid(size_t index) {
+    char text[48];
+    std::snprintf(text, sizeof text, "{5EE0F00D-0000-4000-8000-%012zX}", index + 1);
+    return com::MakeGuid(text);
+}
+
+class UpgradePasses : public ::testing::TestWithParam<Scenario> {
+protected:
+    void SetUp() override {
+        connection_ = kdvq::testing::OpenSqlite(CreateRepository());
+        for (size_t i = 0; i < GetParam().classes.size(); ++i) {
+            const FakeSpec& spec = GetParam().classes[i];
+            com::ComPtr<com::IClassFactory> factory = FactoryOf<FakeUpgrader>(spec, transcript_);
+            cookies_.push_back(com::RegisterClassObject(FakeClsid(i), factory.Get()));
+            classes_.push_back({spec.name, FakeClsid(i)});
+        }
+    }
+    void TearDown() override {
+        for (unsigned long cookie : cookies_) com::RevokeClassObject(cookie);
+    }
+    // A repository whose core part is at 1100.
+    std::string CreateRepository() {
+        std::string path = folder_.File("repository.db");
+        auto connection = ado::NewConnection();
+        connection->Open("sqlite:" + path + "?mode=create");
+        connection->Execute("CREATE TABLE KD_VQ_DB_VERSION (VERSION INT)");
+        connection->Execute("INSERT INTO KD_VQ_DB_VERSION VALUES (1100)");
+        connection->Close();
+        return path;
+    }
+
+    kdvq::testing::TempDir folder_;
+    com::ComPtr<ado::Connection> connection_;
+    std::shared_ptr<Transcript> transcript_ = std::make_shared<Transcript>();
+    std::vector<unsigned long> cookies_;
+    std::vector<UpgraderClassInfo> classes_;
+};
+
+TEST_P(UpgradePasses, RunsEachApplicableUpgraderOncePassAfterPass) {
+    com::ComPtr<Login> login = Login::Create(connection_, "");
+    RecordingObserver observer(transcript_);
+    RunResult result = RunUpgrade(classes_, {connection_.Get(), "", login.Get(), nullptr}, observer);
+    EXPECT_EQ(*transcript_, GetParam().expected);
+    EXPECT_EQ(result.Succeeded(), GetParam().succeeded);
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenarios, UpgradePasses, ::testing::ValuesIn(Scenarios()),
+                         [](const ::testing::TestParamInfo<Scenario>& info) { return info.param.name; });
+
+TEST(UpgradePassesCreation, AClassThatCannotBeCreatedCountsAsAFailure) {
+    kdvq::testing::TempDir folder;
+    auto connection = ado::NewConnection();
+    connection->Open("sqlite:" + folder.File("r.db") + "?mode=create");
+    com::ComPtr<Login> login = Login::Create(connection, "");
+    auto transcript = std::make_shared<Transcript>();
+    RecordingObserver observer(transcript);
+    RunResult result = RunUpgrade({{"Unregistered", FakeClsid(999)}}, {connection.Get(), "", login.Get(), nullptr},
+                                  observer);
+    EXPECT_EQ(*transcript, (Transcript{"PASS 1 core=0", "OUTCOME Unregistered pass=1 result=false failure=true call=create",
+                                       "PASS 2 core=0", "FINAL PASS 3 core=0"}));
+    EXPECT_FALSE(result.Succeeded());
+}
+
+}  // namespace
+}  // namespace kdhost::testing
