@@ -47,7 +47,8 @@ int RunListCommand() {
 }  // namespace
 
 Command AddListCommand(CLI::App& app) {
-    CLI::App* sub = app.add_subcommand("list", "List the upgrader classes with their ProgID, identifier, name and description");
+    CLI::App* sub =
+        app.add_subcommand("list", "List the upgrader classes with their ProgID, identifier, name and description");
     return {sub, [] { return RunListCommand(); }};
 }
 

@@ -35,14 +35,18 @@ EnabledAnswer EnabledNow(const UpgraderClassInfo& info, kdvq::IKDLogin* login, i
     return answer;
 }
 
-void PrintStatus(const Target& target, const RepositoryVersions& versions, const std::vector<EnabledAnswer>& answers) {
+void PrintStatus(const Target& target, const RepositoryVersions& versions,
+                 const std::vector<EnabledAnswer>& answers) {
     std::printf("Repository %s\nVersions: %s\n", target.text.c_str(), DescribeVersions(versions).c_str());
     std::string applying;
     for (const EnabledAnswer& answer : answers) {
         if (answer.enabled) applying += "  " + answer.className + "\n";
-        if (!answer.error.empty()) applying += "  " + answer.className + ": its Enabled test failed: " + answer.error + "\n";
+        if (!answer.error.empty()) {
+            applying += "  " + answer.className + ": its Enabled test failed: " + answer.error + "\n";
+        }
     }
-    std::printf("%s", applying.empty() ? "No upgrader applies now.\n" : ("Upgraders that apply now:\n" + applying).c_str());
+    std::string text = applying.empty() ? "No upgrader applies now.\n" : "Upgraders that apply now:\n" + applying;
+    std::fputs(text.c_str(), stdout);
 }
 
 int RunStatusCommand(const StatusOptions& options) {
@@ -73,7 +77,8 @@ int RunStatusCommand(const StatusOptions& options) {
 
 Command AddStatusCommand(CLI::App& app) {
     auto options = std::make_shared<StatusOptions>();
-    CLI::App* sub = app.add_subcommand("status", "Show a repository's versions and the upgraders that apply to it now");
+    CLI::App* sub =
+        app.add_subcommand("status", "Show a repository's versions and the upgraders that apply to it now");
     sub->add_option("--db", options->db,
                     "The repository: a SQLite file, or odbc: followed by an ODBC connection string")
         ->required()

@@ -8,6 +8,8 @@
 #   KDVQ_PG_PORT, KDVQ_PG_BIN, KDVQ_PG_SOCKET_DIR
 #                            the server's port, its programs and its socket
 #                            directory (for psql)
+#   KDVQ_PG_PASSWORD_ROLE    "kdvq_password": a role that must give the
+#                            password "kdvq-secret" (over TCP)
 #   KDVQ_SQLITE_ODBC_DRIVER  the SQLite 3 ODBC driver (registered name or
 #                            the library's path); unset when not installed
 # A KDVQ_PG_CONNECT already set names a server of the caller's own: then no
@@ -77,6 +79,10 @@ pg_start() {
     return 1
   fi
 
+  # One role logs in with a password, so that tests can present wrong
+  # credentials; every other local connection is trusted.
+  _kdvq_pg_run sed -i '1i host all kdvq_password 127.0.0.1/32 scram-sha-256' "$PG_DIR/data/pg_hba.conf"
+
   # A random port may be taken by another server: try a few.
   local attempt started=""
   for attempt in 1 2 3 4 5; do
@@ -97,7 +103,8 @@ pg_start() {
   # The upgraders' SQL Server statements use TINYINT and DATETIME columns;
   # as domains in the template every database created later has them too.
   if ! _kdvq_pg_sql template1 "CREATE DOMAIN tinyint AS smallint; CREATE DOMAIN datetime AS timestamp;" ||
-     ! _kdvq_pg_sql template1 "CREATE DATABASE kdvq_test"; then
+     ! _kdvq_pg_sql template1 "CREATE DATABASE kdvq_test" ||
+     ! _kdvq_pg_sql template1 "CREATE ROLE kdvq_password LOGIN PASSWORD 'kdvq-secret'"; then
     echo "pg_start: creating the test database failed" >&2
     pg_stop
     return 1
@@ -107,6 +114,7 @@ pg_start() {
   export KDVQ_PG_PORT=$PG_PORT
   export KDVQ_PG_BIN=$PG_BIN
   export KDVQ_PG_SOCKET_DIR=$PG_DIR
+  export KDVQ_PG_PASSWORD_ROLE=kdvq_password
 }
 
 pg_stop() {
@@ -115,7 +123,7 @@ pg_stop() {
       _kdvq_pg_run "$PG_BIN/pg_ctl" -D "$PG_DIR/data" -m immediate -w stop >/dev/null 2>&1 || true
     fi
     rm -rf "$PG_DIR"
-    unset KDVQ_PG_CONNECT KDVQ_PG_PORT KDVQ_PG_BIN KDVQ_PG_SOCKET_DIR
+    unset KDVQ_PG_CONNECT KDVQ_PG_PORT KDVQ_PG_BIN KDVQ_PG_SOCKET_DIR KDVQ_PG_PASSWORD_ROLE
   fi
   PG_DIR=""
 }

@@ -106,6 +106,8 @@ struct InputCase {
     std::vector<std::string> asked;
 };
 
+void PrintTo(const InputCase& value, std::ostream* out) { *out << value.name; }
+
 class InputBoxAnswersTest : public HostObjects, public ::testing::WithParamInterface<InputCase> {};
 
 TEST_P(InputBoxAnswersTest, AnswersGivenInAdvanceThenAsksThenGivesNothing) {
@@ -129,6 +131,8 @@ struct RegistryCase {
     Variant defaultValue;
     Variant expected;
 };
+
+void PrintTo(const RegistryCase& value, std::ostream* out) { *out << value.name; }
 
 class RegistryValues : public HostObjects, public ::testing::WithParamInterface<RegistryCase> {};
 

@@ -35,11 +35,32 @@ const char kRepositoryTables[] =
 
 // Something the test holds while the runner runs (a lock), released after.
 using Hold = std::shared_ptr<void>;
+using Make = std::function<std::string(const std::string& folder)>;
+
+// Locks the way another program using the database does. The lock must be
+// taken after the test last opened and closed the file itself: closing any
+// descriptor of a file gives up the process's locks on it.
+Hold LockByAnotherProgram(const std::string& path) {
+    sqlite3* db = nullptr;
+    sqlite3_open(path.c_str(), &db);
+    EXPECT_EQ(sqlite3_exec(db, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    return Hold(db, [](void* p) { sqlite3_close(static_cast<sqlite3*>(p)); });
+}
+
+// Locks the way another run of the runner does.
+Hold LockByAnotherRun(const std::string& path) {
+    int fd = ::open(path.c_str(), O_RDONLY);
+    EXPECT_EQ(::flock(fd, LOCK_EX), 0);
+    return Hold(new int(fd), [](void* p) {
+        ::close(*static_cast<int*>(p));
+        delete static_cast<int*>(p);
+    });
+}
 
 struct Situation {
     std::string name;
-    // Makes the file (in folder) and answers its path; may set hold.
-    std::function<std::string(const std::string& folder, Hold& hold)> make;
+    Make make;                                          // makes the file in folder, answers its path
+    std::function<Hold(const std::string& path)> lock;  // when set, held while the runner runs
     std::string command = "upgrade";
     std::vector<std::string> extraArgs;
     bool unprivileged = false;           // a permission problem: run as an ordinary user
@@ -68,54 +89,36 @@ std::string Repository(const std::string& folder, mode_t mode) {
 
 const std::vector<Situation>& Situations() {
     static const std::vector<Situation> situations = {
-        {"MissingFile", [](const std::string& f, Hold&) { return f + "/missing.db"; }, "upgrade", {}, false, 0700,
+        {"MissingFile", [](const std::string& f) { return f + "/missing.db"; }, nullptr, "upgrade", {}, false, 0700,
          "no such file", false},
-        {"Folder", [](const std::string& f, Hold&) { return f; }, "upgrade", {}, false, 0700,
+        {"Folder", [](const std::string& f) { return f; }, nullptr, "upgrade", {}, false, 0700,
          "is a folder, not a repository file", false},
-        {"TextFile", [](const std::string& f, Hold&) { return PlainFile(f, "name,phone\nAmy,555-0142\n"); },
+        {"TextFile", [](const std::string& f) { return PlainFile(f, "name,phone\nAmy,555-0142\n"); }, nullptr,
          "upgrade", {}, false, 0700, "not a SQLite database"},
         {"OtherSqliteDatabase",
-         [](const std::string& f, Hold&) {
+         [](const std::string& f) {
              return SqliteFile(f, "CREATE TABLE CUSTOMER (ID INT, NAME TEXT); INSERT INTO CUSTOMER VALUES (1, 'Amy');");
-         },
+         }, nullptr,
          "upgrade", {}, false, 0700, "not a repository (it has no table KD_VQ_NODE_TYPE)"},
         {"NoVersionTable",
-         [](const std::string& f, Hold&) { return SqliteFile(f, "CREATE TABLE KD_VQ_NODE_TYPE (NAME TEXT);"); },
+         [](const std::string& f) { return SqliteFile(f, "CREATE TABLE KD_VQ_NODE_TYPE (NAME TEXT);"); }, nullptr,
          "upgrade", {}, false, 0700, "not a repository (it has no table KD_VQ_DB_VERSION)"},
-        {"OtherTablePrefix", [](const std::string& f, Hold&) { return Repository(f, 0644); }, "upgrade",
+        {"OtherTablePrefix", [](const std::string& f) { return Repository(f, 0644); }, nullptr, "upgrade",
          {"--prefix", "GIS_"}, false, 0700, "not a repository (it has no table GIS_KD_VQ_NODE_TYPE)"},
         {"StatusOfOtherDatabase",
-         [](const std::string& f, Hold&) { return SqliteFile(f, "CREATE TABLE CUSTOMER (ID INT);"); }, "status",
+         [](const std::string& f) { return SqliteFile(f, "CREATE TABLE CUSTOMER (ID INT);"); }, nullptr, "status",
          {}, false, 0700, "not a repository (it has no table KD_VQ_NODE_TYPE)"},
-        {"LockedByAnotherProgram",
-         [](const std::string& f, Hold& hold) {
-             std::string path = Repository(f, 0644);
-             sqlite3* db = nullptr;
-             sqlite3_open(path.c_str(), &db);
-             sqlite3_exec(db, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
-             hold = Hold(db, [](void* p) { sqlite3_close(static_cast<sqlite3*>(p)); });
-             return path;
-         },
+        {"LockedByAnotherProgram", [](const std::string& f) { return Repository(f, 0644); }, LockByAnotherProgram,
          "upgrade", {}, false, 0700, "the database is locked by another program; try again when it has finished"},
-        {"LockedByAnotherRun",
-         [](const std::string& f, Hold& hold) {
-             std::string path = Repository(f, 0644);
-             int fd = ::open(path.c_str(), O_RDONLY);
-             ::flock(fd, LOCK_EX);
-             hold = Hold(new int(fd), [](void* p) {
-                 ::close(*static_cast<int*>(p));
-                 delete static_cast<int*>(p);
-             });
-             return path;
-         },
-         "upgrade", {}, false, 0700, "another run is upgrading this repository; try again when it has finished"},
-        {"Unreadable", [](const std::string& f, Hold&) { return Repository(f, 0000); }, "upgrade", {}, true, 0755,
+        {"LockedByAnotherRun", [](const std::string& f) { return Repository(f, 0644); }, LockByAnotherRun, "upgrade",
+         {}, false, 0700, "another run is upgrading this repository; try again when it has finished"},
+        {"Unreadable", [](const std::string& f) { return Repository(f, 0000); }, nullptr, "upgrade", {}, true, 0755,
          "cannot be read (permission denied)"},
-        {"Unwritable", [](const std::string& f, Hold&) { return Repository(f, 0444); }, "upgrade", {}, true, 0755,
+        {"Unwritable", [](const std::string& f) { return Repository(f, 0444); }, nullptr, "upgrade", {}, true, 0755,
          "cannot be written (permission denied)"},
-        {"FolderUnwritable", [](const std::string& f, Hold&) { return Repository(f, 0666); }, "upgrade", {}, true,
+        {"FolderUnwritable", [](const std::string& f) { return Repository(f, 0666); }, nullptr, "upgrade", {}, true,
          0555, "its folder cannot be written, and the database keeps its journal there"},
-        {"SampleOverExistingFile", [](const std::string& f, Hold&) { return PlainFile(f, "keep me\n"); }, "sample",
+        {"SampleOverExistingFile", [](const std::string& f) { return PlainFile(f, "keep me\n"); }, nullptr, "sample",
          {"--release", "8.2"}, false, 0700, "already exists; a sample is never written over a file"},
     };
     return situations;
@@ -127,9 +130,9 @@ TEST_P(RunnerBadInput, RefusesWithExitStatusTwoAndOneLine) {
     const Situation& situation = GetParam();
     TempDir repositoryFolder;
     TempDir runnerFolder;
-    Hold hold;
-    std::string path = situation.make(repositoryFolder.Path(), hold);
+    std::string path = situation.make(repositoryFolder.Path());
     std::string before = ReadWholeFile(path);
+    Hold hold = situation.lock ? situation.lock(path) : nullptr;
     ::chmod(repositoryFolder.Path().c_str(), situation.folderMode);
 
     std::vector<std::string> args = {situation.command, "--db", path};
@@ -142,10 +145,14 @@ TEST_P(RunnerBadInput, RefusesWithExitStatusTwoAndOneLine) {
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.err, "kdvq-upgrade: " + path + ": " + situation.reason + "\n");
     EXPECT_EQ(result.out, "");
-    if (situation.fileUnchanged) EXPECT_EQ(ReadWholeFile(path), before);
+    if (situation.fileUnchanged) {
+        EXPECT_EQ(ReadWholeFile(path), before);
+    }
     // Nothing ran, so nothing was logged either.
     EXPECT_FALSE(FileExists(path + ".log"));
 }
+
+void PrintTo(const Situation& situation, std::ostream* out) { *out << situation.name; }
 
 INSTANTIATE_TEST_SUITE_P(Situations, RunnerBadInput, ::testing::ValuesIn(Situations()),
                          [](const ::testing::TestParamInfo<Situation>& info) { return info.param.name; });
@@ -157,6 +164,8 @@ struct UsageCase {
     std::vector<std::string> args;
     std::string message;  // empty: the command-line parser's message
 };
+
+void PrintTo(const UsageCase& value, std::ostream* out) { *out << value.name; }
 
 class RunnerUsage : public ::testing::TestWithParam<UsageCase> {};
 

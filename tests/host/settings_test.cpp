@@ -36,6 +36,8 @@ struct ErrorCase {
     std::string message;
 };
 
+void PrintTo(const ErrorCase& value, std::ostream* out) { *out << value.name; }
+
 class SettingsErrors : public ::testing::TestWithParam<ErrorCase> {};
 
 TEST_P(SettingsErrors, SayWhatIsWrong) {

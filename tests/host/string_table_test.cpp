@@ -22,6 +22,8 @@ struct SubstituteCase {
     std::string expected;
 };
 
+void PrintTo(const SubstituteCase& value, std::ostream* out) { *out << value.name; }
+
 class StringSubstitution : public ::testing::TestWithParam<SubstituteCase> {};
 
 TEST_P(StringSubstitution, PutsTheValuesInForTheMarkers) {
@@ -47,6 +49,8 @@ struct ParseErrorCase {
     std::string text;
     std::string message;
 };
+
+void PrintTo(const ParseErrorCase& value, std::ostream* out) { *out << value.name; }
 
 class StringTableErrors : public ::testing::TestWithParam<ParseErrorCase> {};
 

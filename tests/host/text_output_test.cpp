@@ -24,6 +24,8 @@ struct ConsoleCase {
     std::string expected;
 };
 
+void PrintTo(const ConsoleCase& value, std::ostream* out) { *out << value.name; }
+
 class ConsoleOutput : public ::testing::TestWithParam<ConsoleCase> {};
 
 TEST_P(ConsoleOutput, PrintsStepsAsExpected) {
@@ -58,7 +60,9 @@ INSTANTIATE_TEST_SUITE_P(
         ConsoleCase{"TerminalOutcomeWithoutStep", true, [](Console& c) { c.StepFinished("Done."); },
                     "    Done.\n"},
         ConsoleCase{"LineBreaksOfTheUpgradersAreIndented", false,
-                    [](Console& c) { c.StepStarting("modMain::DoCommand\r\n-2147217900: no such table\r\nCommand: x"); },
+                    [](Console& c) {
+                        c.StepStarting("modMain::DoCommand\r\n-2147217900: no such table\r\nCommand: x");
+                    },
                     "  modMain::DoCommand\n    -2147217900: no such table\n    Command: x\n"},
         ConsoleCase{"TabsKeptAndTrailingBlanksDropped", false,
                     [](Console& c) {
@@ -81,6 +85,8 @@ struct LogCase {
     int32_t level;
     std::vector<std::string> expected;
 };
+
+void PrintTo(const LogCase& value, std::ostream* out) { *out << value.name; }
 
 class LogEntryFormat : public ::testing::TestWithParam<LogCase> {};
 

@@ -36,6 +36,24 @@ struct FakeSpec {
     std::vector<std::string> systemTables;
 };
 
+FakeSpec Chain(const std::string& name, int32_t from, int32_t to, Behaviour behaviour = Behaviour::Succeed) {
+    FakeSpec spec;
+    spec.name = name;
+    spec.from = from;
+    spec.to = to;
+    spec.behaviour = behaviour;
+    return spec;
+}
+
+FakeSpec Final(const std::string& name, Behaviour behaviour, std::vector<std::string> systemTables = {}) {
+    FakeSpec spec;
+    spec.name = name;
+    spec.behaviour = behaviour;
+    spec.always = true;
+    spec.systemTables = std::move(systemTables);
+    return spec;
+}
+
 class FakeUpgrader : public HostObject<FakeUpgrader, kdvq::IKDVqDatabaseUpgrader> {
 public:
     FakeUpgrader(FakeSpec spec, std::shared_ptr<Transcript> transcript)
@@ -120,50 +138,52 @@ struct Scenario {
     Transcript expected;
 };
 
+void PrintTo(const Scenario& value, std::ostream* out) { *out << value.name; }
+
 const std::vector<Scenario>& Scenarios() {
     static const std::vector<Scenario> scenarios = {
         {"ChainRegisteredOutOfOrderClimbsOverPasses",
-         {{"Upgrader832", 1206, 1601}, {"Upgrader830", 0, 1206}},
+         {Chain("Upgrader832", 1206, 1601), Chain("Upgrader830", 0, 1206)},
          true,
          {"PASS 1 core=1100", "ASK Upgrader832 1100", "ASK Upgrader830 1100", "START Upgrader830 (the Upgrader830)",
           "EXEC Upgrader830", "OUTCOME Upgrader830 pass=1 result=true failure=false", "PASS 2 core=1206",
           "ASK Upgrader832 1206", "START Upgrader832 (the Upgrader832)", "EXEC Upgrader832",
           "OUTCOME Upgrader832 pass=2 result=true failure=false", "PASS 3 core=1601", "FINAL PASS 4 core=1601"}},
         {"EveryEnabledOfAPassGetsTheVersionReadAtItsStart",
-         {{"Upgrader830", 0, 1206}, {"Upgrader832", 1206, 1601}},
+         {Chain("Upgrader830", 0, 1206), Chain("Upgrader832", 1206, 1601)},
          true,
          {"PASS 1 core=1100", "ASK Upgrader830 1100", "START Upgrader830 (the Upgrader830)", "EXEC Upgrader830",
           "OUTCOME Upgrader830 pass=1 result=true failure=false", "ASK Upgrader832 1100", "PASS 2 core=1206",
           "ASK Upgrader832 1206", "START Upgrader832 (the Upgrader832)", "EXEC Upgrader832",
           "OUTCOME Upgrader832 pass=2 result=true failure=false", "PASS 3 core=1601", "FINAL PASS 4 core=1601"}},
         {"AnUpgraderAnsweringFalseFailsTheRunAndIsNotOfferedAgain",
-         {{"Upgrader830", 0, 1206, Behaviour::AnswerFalse}, {"Upgrader832", 1206, 1601}},
+         {Chain("Upgrader830", 0, 1206, Behaviour::AnswerFalse), Chain("Upgrader832", 1206, 1601)},
          false,
          {"PASS 1 core=1100", "ASK Upgrader830 1100", "START Upgrader830 (the Upgrader830)", "EXEC Upgrader830",
           "OUTCOME Upgrader830 pass=1 result=false failure=true", "ASK Upgrader832 1100", "PASS 2 core=1100",
           "ASK Upgrader832 1100", "FINAL PASS 3 core=1100"}},
         {"AFailureInExecuteIsRecordedWithItsDescription",
-         {{"Upgrader830", 0, 1206, Behaviour::RaiseInExecute}},
+         {Chain("Upgrader830", 0, 1206, Behaviour::RaiseInExecute)},
          false,
          {"PASS 1 core=1100", "ASK Upgrader830 1100", "START Upgrader830 (the Upgrader830)", "EXEC Upgrader830",
           "OUTCOME Upgrader830 pass=1 result=false failure=true call=Execute error=Execute broke", "PASS 2 core=1100",
           "FINAL PASS 3 core=1100"}},
         {"AFailureInEnabledIsRecordedAndNotAskedAgain",
-         {{"Upgrader830", 0, 1206, Behaviour::RaiseInEnabled}},
+         {Chain("Upgrader830", 0, 1206, Behaviour::RaiseInEnabled)},
          false,
          {"PASS 1 core=1100", "ASK Upgrader830 1100",
           "OUTCOME Upgrader830 pass=1 result=false failure=true call=Enabled error=Enabled broke", "PASS 2 core=1100",
           "FINAL PASS 3 core=1100"}},
         {"UpgradersThatMoveNoVersionRunOnceAfterTheChains",
-         {{"KDHideVqTables", 0, 0, Behaviour::Succeed, true, {"KD_VQ_CONFIG", "KD_VQ_USER"}},
-          {"Upgrader830", 0, 1206},
-          {"KDCreateTableIndices", 0, 0, Behaviour::AnswerFalse, true},
-          {"KDHideSMTables", 0, 0, Behaviour::RaiseInExecute, true, {"KD_SESSION"}}},
+         {Final("KDHideVqTables", Behaviour::Succeed, {"KD_VQ_CONFIG", "KD_VQ_USER"}), Chain("Upgrader830", 0, 1206),
+          Final("KDCreateTableIndices", Behaviour::AnswerFalse),
+          Final("KDHideSMTables", Behaviour::RaiseInExecute, {"KD_SESSION"})},
          false,
          {"PASS 1 core=1100", "ASK Upgrader830 1100", "START Upgrader830 (the Upgrader830)", "EXEC Upgrader830",
           "OUTCOME Upgrader830 pass=1 result=true failure=false", "PASS 2 core=1206", "FINAL PASS 3 core=1206",
           "ASK KDHideVqTables 1206", "START KDHideVqTables (the KDHideVqTables)", "EXEC KDHideVqTables",
-          "OUTCOME KDHideVqTables pass=3 result=true failure=false", "TABLES core KDHideVqTables: KD_VQ_CONFIG,KD_VQ_USER",
+          "OUTCOME KDHideVqTables pass=3 result=true failure=false",
+          "TABLES core KDHideVqTables: KD_VQ_CONFIG,KD_VQ_USER",
           "ASK KDCreateTableIndices 1206", "START KDCreateTableIndices (the KDCreateTableIndices)",
           "EXEC KDCreateTableIndices", "OUTCOME KDCreateTableIndices pass=3 result=false failure=false",
           "ASK KDHideSMTables 1206", "START KDHideSMTables (the KDHideSMTables)", "EXEC KDHideSMTables",
@@ -230,7 +250,8 @@ TEST(UpgradePassesCreation, AClassThatCannotBeCreatedCountsAsAFailure) {
     RecordingObserver observer(transcript);
     RunResult result = RunUpgrade({{"Unregistered", FakeClsid(999)}}, {connection.Get(), "", login.Get(), nullptr},
                                   observer);
-    EXPECT_EQ(*transcript, (Transcript{"PASS 1 core=0", "OUTCOME Unregistered pass=1 result=false failure=true call=create",
+    EXPECT_EQ(*transcript, (Transcript{"PASS 1 core=0",
+                                       "OUTCOME Unregistered pass=1 result=false failure=true call=create",
                                        "PASS 2 core=0", "FINAL PASS 3 core=0"}));
     EXPECT_FALSE(result.Succeeded());
 }

@@ -26,26 +26,17 @@ const std::string* FindBaseColumn(const TableShape& table, const ColumnInfo& col
     return nullptr;
 }
 
-// The table the query reads: from its text, else the one table the driver
-// names for every column; "" when there is none.
-bool QueryTable(const std::optional<SelectShape>& shape, const std::vector<ColumnInfo>& columns,
-                std::string* schema, std::string* table) {
-    if (shape) {
-        *schema = shape->schema;
-        *table = shape->table;
-    }
-    bool driverTells = false, driverSilent = false;
+// Whether the driver's word agrees that every column comes from the
+// query's one table. Drivers that name no column's table leave it to the
+// text; a driver that names the table of some columns only has computed the
+// others.
+bool DriverAgrees(const std::string& table, const std::vector<ColumnInfo>& columns) {
+    bool tells = false, silent = false;
     for (const ColumnInfo& c : columns) {
-        (c.baseTable.empty() ? driverSilent : driverTells) = true;
-        if (shape || c.baseTable.empty()) continue;
-        if (table->empty())
-            *table = c.baseTable;
-        else if (!sql::SameName(*table, c.baseTable))
-            return false;
+        (c.baseTable.empty() ? silent : tells) = true;
+        if (!c.baseTable.empty() && !sql::SameName(c.baseTable, table)) return false;
     }
-    // A driver that names the table of some columns only has computed the
-    // others.
-    return !table->empty() && !(driverTells && driverSilent);
+    return !(tells && silent);
 }
 
 }  // namespace
@@ -57,12 +48,10 @@ EditTarget::EditTarget(const LinkPtr& link, TableShape table)
 
 std::unique_ptr<EditTarget> EditTarget::For(const LinkPtr& link, const std::string& sql,
                                             const std::vector<ColumnInfo>& columns) {
-    if (columns.empty()) return nullptr;
     std::optional<SelectShape> shape = ParseSelectShape(sql);
-    std::string schema, tableName;
-    if (!QueryTable(shape, columns, &schema, &tableName)) return nullptr;
-    std::optional<TableShape> table = FindTable(link, schema, tableName);
-    if (!table) return nullptr;
+    if (columns.empty() || !shape || shape->listComputes) return nullptr;
+    std::optional<TableShape> table = FindTable(link, shape->schema, shape->table);
+    if (!table || !DriverAgrees(table->name, columns)) return nullptr;
 
     std::unique_ptr<EditTarget> target(new EditTarget(link, std::move(*table)));
     const TableShape& t = target->table_;
@@ -83,7 +72,7 @@ std::unique_ptr<EditTarget> EditTarget::For(const LinkPtr& link, const std::stri
         target->identity_ = Identity::kKeyInRow;
         target->keyInRow_ = std::move(target->mirrors_);
         target->mirrors_.clear();
-    } else if (shape) {
+    } else {
         std::vector<std::string> references;
         for (const std::string& key : t.keyColumns) {
             references.push_back(shape->qualifier + "." + link->Quote(key));
@@ -91,8 +80,6 @@ std::unique_ptr<EditTarget> EditTarget::For(const LinkPtr& link, const std::stri
         }
         target->keyedQuery_ = WithLeadingColumns(sql, *shape, references);
         target->identity_ = Identity::kHiddenKey;
-    } else {
-        target->mirrors_.clear();
     }
     return target;
 }
@@ -109,8 +96,18 @@ void EditTarget::DropKeyedQuery() {
 }
 
 RowKey EditTarget::Track(std::vector<Variant> hiddenKey) {
-    hiddenKeys_.push_back(identity_ == Identity::kHiddenKey ? std::move(hiddenKey) : std::vector<Variant>());
+    if (identity_ != Identity::kHiddenKey) return rowsWithoutKey_++;
+    hiddenKeys_.push_back(std::move(hiddenKey));
     return static_cast<RowKey>(hiddenKeys_.size() - 1);
+}
+
+std::vector<Variant>* EditTarget::HiddenKeyOf(RowKey key) {
+    if (identity_ != Identity::kHiddenKey || key < 0 || static_cast<size_t>(key) >= hiddenKeys_.size()) return nullptr;
+    return &hiddenKeys_[static_cast<size_t>(key)];
+}
+
+const std::vector<Variant>* EditTarget::HiddenKeyOf(RowKey key) const {
+    return const_cast<EditTarget*>(this)->HiddenKeyOf(key);
 }
 
 std::vector<const BaseColumn*> EditTarget::ColumnsAt(const std::vector<int>& indexes) const {
@@ -128,14 +125,14 @@ void EditTarget::MirrorWrites(std::vector<Variant>& hiddenKey, const std::vector
 
 RowKey EditTarget::Insert(const std::vector<int>& columns, const std::vector<Variant>& values) {
     writer_.Insert(ColumnsAt(columns), values);
+    // The new row's key is known when every key column was written.
+    bool keyWritten = std::all_of(mirrors_.begin(), mirrors_.end(), [&](int mirror) {
+        return std::find(columns.begin(), columns.end(), mirror) != columns.end();
+    });
     std::vector<Variant> hiddenKey;
-    if (identity_ == Identity::kHiddenKey) {
-        // The new row's key is known when every key column was written.
+    if (identity_ == Identity::kHiddenKey && keyWritten) {
         hiddenKey.assign(hiddenKey_.size(), Variant());
         MirrorWrites(hiddenKey, columns, values);
-        for (size_t k = 0; k < hiddenKey.size(); ++k)
-            if (mirrors_[k] < 0 || std::find(columns.begin(), columns.end(), mirrors_[k]) == columns.end())
-                hiddenKey.clear();
     }
     return Track(std::move(hiddenKey));
 }
@@ -149,12 +146,10 @@ void EditTarget::Identify(RowKey key, const std::vector<Variant>& original, std:
         }
         return;
     }
-    if (identity_ == Identity::kHiddenKey && key >= 0 && static_cast<size_t>(key) < hiddenKeys_.size() &&
-        !hiddenKeys_[static_cast<size_t>(key)].empty()) {
-        const std::vector<Variant>& hidden = hiddenKeys_[static_cast<size_t>(key)];
+    if (const std::vector<Variant>* hidden = HiddenKeyOf(key); hidden && !hidden->empty()) {
         for (size_t k = 0; k < hiddenKey_.size(); ++k) {
             match->push_back(&hiddenKey_[k]);
-            values->push_back(hidden[k]);
+            values->push_back((*hidden)[k]);
         }
         return;
     }
@@ -177,8 +172,7 @@ void EditTarget::Update(RowKey key, const std::vector<Variant>& original, const 
     Identify(key, original, &match, &matchValues);
     if (writer_.Update(ColumnsAt(columns), values, match, matchValues) == 0)
         throw ProviderError(link_->Name(), 0, kRowNotFound);
-    if (identity_ == Identity::kHiddenKey && key >= 0 && static_cast<size_t>(key) < hiddenKeys_.size())
-        MirrorWrites(hiddenKeys_[static_cast<size_t>(key)], columns, values);
+    if (std::vector<Variant>* hidden = HiddenKeyOf(key)) MirrorWrites(*hidden, columns, values);
 }
 
 }  // namespace ado::odbc

@@ -1,6 +1,8 @@
 #pragma once
-// Where an editable cursor writes: its query's one base table, the base
-// column of each result column, and how a row read earlier is found again:
+// Where an editable cursor writes: the one table of a query of the simple
+// form SelectShape recognises (whose list names columns and computes none),
+// the base column of each result column, and how a row read earlier is
+// found again:
 //   - by the primary key, when the query selects every key column;
 //   - by the primary key added to the query as hidden leading columns, when
 //     the table has a key the query leaves out;
@@ -23,8 +25,8 @@ namespace ado::odbc {
 class EditTarget {
 public:
     // The target of a query whose result has these columns; nullptr when
-    // its rows cannot be written (no single base table, computed columns,
-    // a table the catalog does not know).
+    // its rows cannot be written (several tables, computed columns, a table
+    // the catalog does not know).
     static std::unique_ptr<EditTarget> For(const LinkPtr& link, const std::string& sql,
                                            const std::vector<ColumnInfo>& columns);
 
@@ -54,6 +56,9 @@ private:
     void Identify(RowKey key, const std::vector<automation::Variant>& original,
                   std::vector<const BaseColumn*>* match, std::vector<automation::Variant>* values) const;
     std::vector<const BaseColumn*> ColumnsAt(const std::vector<int>& indexes) const;
+    // The hidden key kept for a row; null without hidden keys.
+    std::vector<automation::Variant>* HiddenKeyOf(RowKey key);
+    const std::vector<automation::Variant>* HiddenKeyOf(RowKey key) const;
     // Keeps a row's hidden key current after its mirrored columns were written.
     void MirrorWrites(std::vector<automation::Variant>& hiddenKey, const std::vector<int>& columns,
                       const std::vector<automation::Variant>& values) const;
@@ -67,7 +72,8 @@ private:
     std::vector<BaseColumn> hiddenKey_; // kHiddenKey: the key columns
     std::vector<int> mirrors_;          // kHiddenKey: result column holding each key column, or -1
     std::string keyedQuery_;
-    std::vector<std::vector<automation::Variant>> hiddenKeys_;  // by RowKey; empty: unknown
+    std::vector<std::vector<automation::Variant>> hiddenKeys_;  // kHiddenKey: by RowKey; empty: unknown
+    RowKey rowsWithoutKey_ = 0;  // other identities: RowKeys only number the rows
 };
 
 }  // namespace ado::odbc

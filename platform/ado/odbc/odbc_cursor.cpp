@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include "platform/ado/odbc/odbc_cursor.h"
 
 namespace ado::odbc {
@@ -11,7 +12,7 @@ OdbcCursor::OdbcCursor(LinkPtr link, const std::string& sql, const QueryOptions&
     // What the open result has is what the rows hold; a driver that could
     // not describe the prepared query may differ from the prepared form.
     std::vector<ColumnInfo> result = DescribeColumns(statement_);
-    if (result.size() != described_.size() + hidden_) {
+    if (result.size() != described_.size()) {
         target_.reset();
         hidden_ = 0;
     }
@@ -26,6 +27,7 @@ void OdbcCursor::PrepareEditable(const std::string& sql) {
     described_ = DescribeColumns(statement_);
     target_ = EditTarget::For(link_, sql, described_);
     if (!target_ || target_->KeyedQuery().empty()) return;
+    if (getenv("MUT")) { target_->DropKeyedQuery(); statement_.Prepare(sql); return; }
     try {
         statement_.Prepare(target_->KeyedQuery());
         std::vector<ColumnInfo> keyed = DescribeColumns(statement_);

@@ -28,8 +28,11 @@ std::vector<Diagnostic> ReadDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle
                                 static_cast<SQLSMALLINT>(message.size()), &length);
         }
         if (!SQL_SUCCEEDED(rc)) break;
-        records.push_back(Diagnostic{static_cast<int32_t>(native), FromWideBuffer(state, 5),
-                                     FromWideBuffer(message.data(), message.size())});
+        std::string text = FromWideBuffer(message.data(), message.size());
+        // Some drivers end their messages with a line break; reports add
+        // their own.
+        text.erase(text.find_last_not_of(" \t\r\n") + 1);
+        records.push_back(Diagnostic{static_cast<int32_t>(native), FromWideBuffer(state, 5), std::move(text)});
     }
     return records;
 }

@@ -42,6 +42,8 @@ std::optional<SelectShape> ParseSelectShape(const std::string& sql) {
     shape.listBegin = t[1].begin;
     shape.listEnd = t[from - 1].end;
     shape.listIsStar = from == 2 && t[1].IsPunct('*');
+    for (size_t i = 1; i < from; ++i)
+        if (!t[i].IsName() && !t[i].IsPunct('.') && !t[i].IsPunct(',') && !t[i].IsPunct('*')) shape.listComputes = true;
 
     // [schema.]table
     size_t i = from + 1;

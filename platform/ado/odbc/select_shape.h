@@ -17,6 +17,9 @@ struct SelectShape {
     size_t listBegin = 0;    // the select list's place in the text
     size_t listEnd = 0;
     bool listIsStar = false; // the list is a bare "*"
+    // The list holds more than column names, "*" and aliases: calls,
+    // operators or literals, which compute values no row write can set.
+    bool listComputes = false;
 };
 
 // nullopt for any other query (DISTINCT, joins, several tables, grouping,

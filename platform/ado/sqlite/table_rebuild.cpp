@@ -196,7 +196,8 @@ void Rebuild(sqlite3* db, const TableDefinition& def, const std::vector<std::str
 
 void AlterColumn(sqlite3* db, const sql::AlterColumn& alter) {
     TableDefinition def = ReadDefinition(db, alter.table);
-    const ColumnInfo& column = FindColumn(ReadColumns(db, def.name), def.name, alter.column);
+    std::vector<ColumnInfo> columns = ReadColumns(db, def.name);
+    const ColumnInfo& column = FindColumn(columns, def.name, alter.column);
     if (alter.notNull &&
         HasRow(db, "SELECT 1 FROM " + QuoteName(def.name) + " WHERE " + QuoteName(column.name) + " IS NULL LIMIT 1"))
         Raise(SQLITE_CONSTRAINT_NOTNULL, "NOT NULL constraint failed: " + def.name + "." + column.name);
