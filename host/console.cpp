@@ -15,6 +15,7 @@ void Console::Write(const std::string& indent, const std::string& text, bool kee
         if (last && keepOpen) {
             std::fprintf(out_, "%s ...", line.c_str());
             open_ = true;
+            openLine_ = line;
         } else {
             std::fprintf(out_, "%s\n", line.c_str());
         }
@@ -39,7 +40,9 @@ void Console::StepFinished(const std::string& text) {
 
 void Console::Interrupt() {
     if (!open_) return;
-    std::fprintf(out_, "\n");
+    // Back to the start of the line: the text again, the dots erased.
+    std::fprintf(out_, "\r%s\x1b[K\n", openLine_.c_str());
+    std::fflush(out_);
     open_ = false;
 }
 

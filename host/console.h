@@ -2,8 +2,9 @@
 // The runner's output as an administrator watches it. Step texts from the
 // upgraders are indented under the upgrader's heading. On a terminal a step
 // shows "..." while it runs and its outcome is written on the same line
-// when it finishes; elsewhere (a file, a pipe) every text is a line of its
-// own, with outcomes indented one step further.
+// when it finishes; a text that gets no outcome (a notice) loses its dots
+// when the next text comes. Elsewhere (a file, a pipe) every text is a
+// line of its own, with outcomes indented one step further.
 #include <cstdio>
 #include <string>
 
@@ -29,6 +30,7 @@ private:
     std::FILE* out_;
     bool terminal_;
     bool open_ = false;
+    std::string openLine_;  // the step line shown with dots
 };
 
 }  // namespace kdhost

@@ -21,7 +21,7 @@
 _kdvq_odbc_driver() {
   local pattern=$1 library=$2
   local ini name
-  ini=$(odbcinst -j 2>/dev/null | sed -n 's/^DRIVERS[^:]*: *//p')
+  ini=$(odbcinst -j 2>/dev/null | sed -n 's/^DRIVERS[^:]*: *//p' || true)
   if [ -n "$ini" ] && [ -r "$ini" ]; then
     name=$(awk -v pat="$pattern" '
       /^\[/ { section = substr($0, 2, index($0, "]") - 2); if (section ~ pat) { print section; exit } }
@@ -54,7 +54,7 @@ pg_start() {
     return 0
   fi
 
-  PG_BIN=$(ls -d /usr/lib/postgresql/*/bin 2>/dev/null | sort -V | tail -1)
+  PG_BIN=$(ls -d /usr/lib/postgresql/*/bin 2>/dev/null | sort -V | tail -1 || true)
   if [ -z "$PG_BIN" ]; then
     echo "pg_start: no PostgreSQL server installed" >&2
     return 1

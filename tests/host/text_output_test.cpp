@@ -50,13 +50,15 @@ INSTANTIATE_TEST_SUITE_P(
                         c.StepFinished("Done.");
                     },
                     "  Creating table KD_VQ_TASKS ... Done.\n"},
-        ConsoleCase{"TerminalStepWithoutOutcomeEndsAtTheNextText", true,
+        ConsoleCase{"TerminalNoticeLosesItsDotsAtTheNextText", true,
                     [](Console& c) {
                         c.StepStarting("Tables created.");
                         c.StepStarting("Adding column A to table B");
                         c.Line("KDVqUpgrader832: Framework upgrade");
                     },
-                    "  Tables created. ...\n  Adding column A to table B ...\nKDVqUpgrader832: Framework upgrade\n"},
+                    "  Tables created. ...\r  Tables created.\x1b[K\n"
+                    "  Adding column A to table B ...\r  Adding column A to table B\x1b[K\n"
+                    "KDVqUpgrader832: Framework upgrade\n"},
         ConsoleCase{"TerminalOutcomeWithoutStep", true, [](Console& c) { c.StepFinished("Done."); },
                     "    Done.\n"},
         ConsoleCase{"LineBreaksOfTheUpgradersAreIndented", false,
@@ -76,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(
                         c.Interrupt();
                         c.Interrupt();
                     },
-                    "  Updating table X ...\n"}),
+                    "  Updating table X ...\r  Updating table X\x1b[K\n"}),
     [](const ::testing::TestParamInfo<ConsoleCase>& info) { return info.param.name; });
 
 struct LogCase {

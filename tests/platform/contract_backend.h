@@ -1,6 +1,8 @@
 #pragma once
 // A database the data-access contract runs against. Each backend lives in
 // its own contract_*_backend.cpp file and is made fresh for every test.
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,6 +36,24 @@ struct BackendFactory {
     const char* name;
     std::unique_ptr<Backend> (*make)();
 };
+
+// A test run once per backend: it makes the backend, skips when the
+// backend cannot run here, and opens a connection.
+class BackendTest : public ::testing::TestWithParam<BackendFactory> {
+protected:
+    void SetUp() override {
+        backend_ = GetParam().make();
+        std::string reason = backend_->SkipReason();
+        if (!reason.empty()) GTEST_SKIP() << reason;
+        connection_ = backend_->Connect();
+    }
+
+    std::unique_ptr<Backend> backend_;
+    com::ComPtr<ado::Connection> connection_;
+};
+
+// Names parameterised tests after their backend.
+inline std::string BackendName(const ::testing::TestParamInfo<BackendFactory>& info) { return info.param.name; }
 
 std::unique_ptr<Backend> MakeSqliteBackend();
 std::unique_ptr<Backend> MakePostgresOdbcBackend();

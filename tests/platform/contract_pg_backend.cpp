@@ -24,6 +24,9 @@ public:
     }
 
     std::string SkipReason() override {
+#ifndef KDVQ_HAVE_ODBC
+        return "built without the ODBC provider";
+#endif
         const char* connect = std::getenv("KDVQ_PG_CONNECT");
         if (!connect || !*connect) return "KDVQ_PG_CONNECT is not set (scripts/pg-server.sh sets it)";
         connect_ = connect;

@@ -12,6 +12,9 @@ namespace {
 class SqliteOdbcBackend : public Backend {
 public:
     std::string SkipReason() override {
+#ifndef KDVQ_HAVE_ODBC
+        return "built without the ODBC provider";
+#endif
         const char* driver = std::getenv("KDVQ_SQLITE_ODBC_DRIVER");
         bool named = driver && *driver;
         driver_ = named ? driver : "SQLite3";

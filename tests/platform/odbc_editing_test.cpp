@@ -9,13 +9,11 @@
 namespace contract {
 namespace {
 
-class OdbcEditing : public ::testing::TestWithParam<BackendFactory> {
+class OdbcEditing : public BackendTest {
 protected:
     void SetUp() override {
-        backend_ = GetParam().make();
-        std::string reason = backend_->SkipReason();
-        if (!reason.empty()) GTEST_SKIP() << reason;
-        connection_ = backend_->Connect();
+        BackendTest::SetUp();
+        if (IsSkipped()) return;
         for (const char* base : {"A", "B"}) {
             tables_.push_back(backend_->Table(base));
             connection_->Execute("CREATE TABLE " + tables_.back() + " (ID INT, NAME VARCHAR(20))");
@@ -23,8 +21,6 @@ protected:
         }
     }
 
-    std::unique_ptr<Backend> backend_;
-    com::ComPtr<ado::Connection> connection_;
     std::vector<std::string> tables_;
 };
 
@@ -64,7 +60,7 @@ TEST_P(OdbcEditing, RowChangedByAnotherConnectionCannotBeLocated) {
 INSTANTIATE_TEST_SUITE_P(Drivers, OdbcEditing,
                          ::testing::Values(BackendFactory{"PostgresOdbc", MakePostgresOdbcBackend},
                                            BackendFactory{"SqliteOdbc", MakeSqliteOdbcBackend}),
-                         [](const ::testing::TestParamInfo<BackendFactory>& info) { return std::string(info.param.name); });
+                         BackendName);
 
 }  // namespace
 }  // namespace contract

@@ -35,15 +35,6 @@ TEST(OdbcText, ConvertsBetweenUtf8AndWideText) {
     }
 }
 
-TEST(OdbcText, UnpairedSurrogatesBecomeReplacementCharacters) {
-    const std::vector<std::pair<WideText, std::string>> cases = {
-        {{0xD800, 'A'}, "\xEF\xBF\xBD" "A"},
-        {{'A', 0xDC00}, "A\xEF\xBF\xBD"},
-        {{0xD800}, "\xEF\xBF\xBD"},
-    };
-    for (const auto& [wide, utf8] : cases) EXPECT_EQ(FromWide(wide), utf8);
-}
-
 }  // namespace
 }  // namespace ado::odbc
 #endif  // KDVQ_HAVE_ODBC

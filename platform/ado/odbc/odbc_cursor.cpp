@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include "platform/ado/odbc/odbc_cursor.h"
 
 namespace ado::odbc {
@@ -27,7 +26,6 @@ void OdbcCursor::PrepareEditable(const std::string& sql) {
     described_ = DescribeColumns(statement_);
     target_ = EditTarget::For(link_, sql, described_);
     if (!target_ || target_->KeyedQuery().empty()) return;
-    if (getenv("MUT")) { target_->DropKeyedQuery(); statement_.Prepare(sql); return; }
     try {
         statement_.Prepare(target_->KeyedQuery());
         std::vector<ColumnInfo> keyed = DescribeColumns(statement_);

@@ -25,6 +25,7 @@ std::string ColumnText(const Statement& statement, SQLUSMALLINT column, SQLUSMAL
     return FromWideBuffer(buffer, kNameUnits);
 }
 
+// Long when the value is whole and fits 32 bits, else Double.
 Variant WholeNumber(double value) {
     if (value >= std::numeric_limits<int32_t>::min() && value <= std::numeric_limits<int32_t>::max() &&
         value == std::trunc(value))
@@ -147,9 +148,7 @@ Variant ReadValue(const Statement& statement, SQLUSMALLINT column, const ColumnI
         case SQL_BIGINT: {
             SQLBIGINT value = 0;
             if (!ReadFixed(statement, column, SQL_C_SBIGINT, &value)) return Variant::Null();
-            if (value >= std::numeric_limits<int32_t>::min() && value <= std::numeric_limits<int32_t>::max())
-                return Variant::Long(static_cast<int32_t>(value));
-            return Variant(static_cast<double>(value));
+            return WholeNumber(static_cast<double>(value));
         }
         case SQL_DECIMAL:
         case SQL_NUMERIC:
