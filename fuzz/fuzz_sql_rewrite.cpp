@@ -4,9 +4,9 @@
 // Besides "no crash, no sanitizer report" it checks:
 //   - tokens lie in the text, in order, without overlapping;
 //   - a statement run as it is equals the input, unless an owner was cut
-//     from an index's table: then it is the input with one run cut out,
-//     holding the input's tokens less that run's, and is left alone when
-//     classified again;
+//     from an index's table: then it is shorter, holds the input's tokens
+//     less the owner's names and dots, and is left alone when classified
+//     again;
 //   - a recognised form carries a non-empty type or key column list;
 //   - the row-identity query is the input with " _rowid_," put in.
 #include <cstddef>
@@ -34,21 +34,26 @@ void CheckTokens(const std::vector<Token>& tokens, const std::string& text) {
 
 bool SameToken(const Token& a, const Token& b) { return a.kind == b.kind && a.text == b.text; }
 
-// Whether the tokens of part are those of whole with some left out.
-bool IsSubsequence(const std::vector<Token>& part, const std::vector<Token>& whole) {
+// Whether the tokens of part are those of whole less an even, non-zero
+// number of names and dots (owner parts with their dots).
+bool LacksOwnerParts(const std::vector<Token>& part, const std::vector<Token>& whole) {
     size_t p = 0;
-    for (size_t w = 0; w < whole.size() && p < part.size(); ++w)
-        if (SameToken(part[p], whole[w])) ++p;
-    return p == part.size();
+    size_t left = 0;
+    for (const Token& w : whole) {
+        if (p < part.size() && SameToken(part[p], w)) {
+            ++p;
+        } else {
+            if (!w.IsName() && !w.IsPunct('.')) return false;
+            ++left;
+        }
+    }
+    return p == part.size() && left > 0 && left % 2 == 0;
 }
 
 void CheckNative(const NativeStatement& native, const std::string& input) {
     if (native.sql == input) return;
-    fuzz::Check(native.sql.size() < input.size() && fuzz::IsCutFrom(native.sql, input),
-                "a rewritten statement is the input with one run cut out", input);
-    std::vector<Token> before = Tokenize(input);
-    std::vector<Token> after = Tokenize(native.sql);
-    fuzz::Check(after.size() < before.size() && IsSubsequence(after, before),
+    fuzz::Check(native.sql.size() < input.size(), "a rewritten statement is shorter", input);
+    fuzz::Check(LacksOwnerParts(Tokenize(native.sql), Tokenize(input)),
                 "cutting the owner leaves the other tokens as they were", input);
     Statement again = Classify(native.sql);
     const NativeStatement* stable = std::get_if<NativeStatement>(&again);

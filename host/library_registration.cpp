@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <filesystem>
+
 #include "host/bad_input.h"
 #include "host/category_service.h"
 #include "host/resource_files.h"
@@ -30,7 +32,7 @@ bool Usable(const std::vector<com::ClassRegistration>& classes) {
 
 std::string BuiltLibraryPath() {
     std::string nextToExecutable = ExecutableFolder() + "/../lib/libkdVqUpgraders.so";
-    if (Readable(nextToExecutable)) return nextToExecutable;
+    if (Readable(nextToExecutable)) return std::filesystem::weakly_canonical(nextToExecutable).string();
 #ifdef KDVQ_BUILD_LIBRARY_PATH
     return KDVQ_BUILD_LIBRARY_PATH;
 #else

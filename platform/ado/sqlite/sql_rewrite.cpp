@@ -116,7 +116,9 @@ std::optional<Statement> CreateIndexOnOwnerTable(const std::string& sql, const s
     // Cut "owner." (every part before the last) out of the text.
     size_t cutBegin = tokens[tableAt].begin;
     size_t cutEnd = tokens[c.Position() - 1].begin;
-    return NativeStatement{sql.substr(0, cutBegin) + sql.substr(cutEnd)};
+    // "ON[dbo].T" must not become "ONT": keep a blank after ON when none was there.
+    const char* gap = cutBegin == tokens[tableAt - 1].end ? " " : "";
+    return NativeStatement{sql.substr(0, cutBegin) + gap + sql.substr(cutEnd)};
 }
 
 }  // namespace
