@@ -13,17 +13,4 @@ inline void Check(bool holds, const char* invariant, const std::string& input) {
     std::abort();
 }
 
-// Whether shorter is longer with one run of characters cut out of it
-// (anywhere, possibly nothing).
-inline bool IsCutFrom(const std::string& shorter, const std::string& longer) {
-    if (shorter.size() > longer.size()) return false;
-    size_t prefix = 0;
-    while (prefix < shorter.size() && shorter[prefix] == longer[prefix]) ++prefix;
-    size_t suffix = 0;
-    while (suffix < shorter.size() - prefix &&
-           shorter[shorter.size() - 1 - suffix] == longer[longer.size() - 1 - suffix])
-        ++suffix;
-    return prefix + suffix == shorter.size();
-}
-
 }  // namespace fuzz

@@ -11,6 +11,7 @@
 //   - the row-identity query is the input with " _rowid_," put in.
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -72,11 +73,24 @@ void CheckClassified(const std::string& input) {
     }
 }
 
+// Whether shorter is longer with one run of characters cut out of it
+// (anywhere, possibly nothing).
+bool IsCutFrom(const std::string& shorter, const std::string& longer) {
+    if (shorter.size() > longer.size()) return false;
+    size_t prefix = 0;
+    while (prefix < shorter.size() && shorter[prefix] == longer[prefix]) ++prefix;
+    size_t suffix = 0;
+    while (suffix < shorter.size() - prefix &&
+           shorter[shorter.size() - 1 - suffix] == longer[longer.size() - 1 - suffix])
+        ++suffix;
+    return prefix + suffix == shorter.size();
+}
+
 void CheckRowidColumn(const std::string& input) {
     std::optional<std::string> query = WithRowidColumn(input);
     if (!query) return;
     static const std::string kInserted = " _rowid_,";
-    fuzz::Check(query->size() == input.size() + kInserted.size() && fuzz::IsCutFrom(input, *query) &&
+    fuzz::Check(query->size() == input.size() + kInserted.size() && IsCutFrom(input, *query) &&
                     query->find(kInserted) != std::string::npos,
                 "the row identity is put into the query", input);
 }
