@@ -16,6 +16,7 @@
 #include "host/library_registration.h"
 #include "host/login.h"
 #include "host/progress_callback.h"
+#include "host/repository_backup.h"
 #include "host/repository_check.h"
 #include "host/repository_connection.h"
 #include "host/repository_versions.h"
@@ -34,6 +35,7 @@ struct UpgradeOptions {
     std::vector<std::string> settings;
     std::string log;
     bool json = false;
+    std::string backup;  // --backup: where to copy the repository first
 };
 
 std::string DefaultLogPath(const Target& target) {
@@ -46,6 +48,7 @@ int RunUpgradeCommand(const UpgradeOptions& options) {
     if (target.IsFile()) CheckRepositoryFile(target.path);
     std::unique_ptr<RunLock> lock = RunLock::Acquire(target);
     if (target.IsFile()) CheckRepositoryDatabase(target.path, options.prefix, true);
+    if (!options.backup.empty()) BackupTarget(target, options.backup);
 
     // With --json the document alone goes to the standard output.
     std::FILE* out = options.json ? stderr : stdout;
@@ -59,6 +62,7 @@ int RunUpgradeCommand(const UpgradeOptions& options) {
     com::ComPtr<ado::Connection> connection = OpenRepository(target, options.prefix, false);
     RepositoryVersions before = ReadVersions(connection.Get(), options.prefix);
     console.Line("Upgrading " + target.text);
+    if (!options.backup.empty()) console.Line("Backup: " + options.backup);
     console.Line("Versions before: " + DescribeVersions(before));
     host.Log().Write("kdvq-upgrade: upgrade of " + target.text + " started; versions " + DescribeVersions(before),
                      kLogInformation);
@@ -111,6 +115,9 @@ Command AddUpgradeCommand(CLI::App& app) {
     sub->add_option("--log", options->log, "The log file (default: the repository file's name plus .log)")
         ->type_name("FILE");
     sub->add_flag("--json", options->json, "Print one JSON document with the versions and the upgraders that ran");
+    sub->add_option("--backup", options->backup,
+                    "Copy the SQLite repository to this new file before anything changes (an existing file is refused)")
+        ->type_name("FILE");
     return {sub, [options] { return RunUpgradeCommand(*options); }};
 }
 

@@ -3,7 +3,7 @@
 namespace kdhost {
 
 std::vector<Command> AddCommands(CLI::App& app) {
-    return {AddUpgradeCommand(app),  AddStatusCommand(app),     AddListCommand(app),
+    return {AddUpgradeCommand(app),  AddPlanCommand(app),  AddStatusCommand(app),     AddListCommand(app),
             AddSampleCommand(app),   AddRegisterCommand(app), AddUnregisterCommand(app)};
 }
 

@@ -20,6 +20,7 @@ Command AddListCommand(CLI::App& app);
 Command AddRegisterCommand(CLI::App& app);
 Command AddUnregisterCommand(CLI::App& app);
 Command AddSampleCommand(CLI::App& app);
+Command AddPlanCommand(CLI::App& app);
 
 // All of them, in the order the help lists them.
 std::vector<Command> AddCommands(CLI::App& app);

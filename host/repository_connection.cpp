@@ -1,6 +1,7 @@
 #include "host/repository_connection.h"
 
 #include "host/bad_input.h"
+#include "host/fault_injection.h"
 #include "host/repository_check.h"
 #include "platform/automation/basic_error.h"
 
@@ -36,7 +37,7 @@ void CheckServerRepository(ado::Connection* connection, const Target& target, co
 com::ComPtr<ado::Connection> OpenRepository(const Target& target, const std::string& prefix, bool readOnly) {
     com::ComPtr<ado::Connection> connection = ado::NewConnection();
     try {
-        connection->Open(target.ConnectionString(readOnly));
+        if (!OpenWithTestHook(connection.Get(), target, readOnly)) connection->Open(target.ConnectionString(readOnly));
     } catch (...) {
         throw BadInput(target.text + ": cannot be opened: " + FailureText());
     }

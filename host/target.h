@@ -8,7 +8,7 @@ namespace kdhost {
 struct Target {
     enum class Kind { SqliteFile, Odbc };
     Kind kind = Kind::SqliteFile;
-    std::string text;  // as given
+    std::string text;  // as given, but with an ODBC password shown as "***"
     std::string path;  // the SQLite file
     std::string odbc;  // the ODBC connection string
 

@@ -17,8 +17,9 @@ if ! [[ $SECONDS_EACH =~ ^[1-9][0-9]*$ ]]; then
   echo "usage: $0 [SECONDS]   (a whole number of seconds per target)" >&2
   exit 2
 fi
-if ! command -v clang++ >/dev/null; then
-  echo "clang++ not found: install the Debian packages clang and libclang-rt-14-dev" >&2
+# clang alone lacks libFuzzer: it comes with the compiler's runtime package.
+if ! command -v clang++ >/dev/null || ! ls "$(clang++ -print-runtime-dir)"/libclang_rt.fuzzer-*.a >/dev/null 2>&1; then
+  echo "clang++ with libFuzzer not found: install the Debian packages clang and libclang-rt-14-dev" >&2
   exit 2
 fi
 

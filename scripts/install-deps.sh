@@ -3,7 +3,8 @@
 # root and some are missing; otherwise only reports what is missing.
 set -euo pipefail
 PACKAGES=(build-essential cmake pkg-config libsqlite3-dev sqlite3 googletest libgtest-dev libgmock-dev
-          libcli11-dev unixodbc unixodbc-dev odbc-postgresql libsqliteodbc postgresql)
+          libcli11-dev unixodbc unixodbc-dev odbc-postgresql libsqliteodbc postgresql
+          clang libclang-rt-14-dev)
 missing=()
 for p in "${PACKAGES[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -27,4 +27,6 @@ export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 ctest --test-dir "$ROOT/build" --output-on-failure -j "$JOBS" --timeout 600
 ctest --test-dir "$ROOT/build-asan" --output-on-failure -j "$JOBS" --timeout 900
+# A bounded fuzzing run of the criteria parser and the statement rewriting.
+"$ROOT/scripts/fuzz.sh" "${KDVQ_FUZZ_SECONDS:-30}"
 echo "All tests passed."

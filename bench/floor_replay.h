@@ -1,0 +1,31 @@
+#pragma once
+// The floor of a run: the statements and row writes of its transcript,
+// replayed straight into the engine with prepared statements (each
+// statement with marks prepared once and reused) on a copy of the same
+// starting database. Only the engine's own work is timed.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+struct FloorSection {
+    std::string name;  // the upgrader, or kBetweenUpgraders
+    double seconds = 0;
+    double historyUpdateSeconds = 0;  // of which the history's per-user UPDATEs
+    uint64_t statements = 0;
+};
+
+inline const std::string kBetweenUpgraders = "(host, between upgraders)";
+
+struct FloorFigures {
+    std::vector<FloorSection> sections;  // in the order they first ran
+    double seconds = 0;
+    uint64_t statements = 0;
+    uint64_t failures = 0;  // statements the engine refused, as in the run
+    uint64_t unreadable = 0;  // statements whose bound values could not be read back
+};
+
+FloorFigures ReplayFloor(const std::string& transcriptPath, const std::string& dbPath);
+
+}  // namespace bench

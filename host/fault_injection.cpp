@@ -1,0 +1,79 @@
+#include "host/fault_injection.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "host/provider_tap.h"
+#include "platform/ado/sqlite/sqlite_provider.h"
+
+namespace kdhost {
+
+namespace {
+
+// SQLite's number for a disk I/O error: what a failing disk gives.
+constexpr int32_t kInjectedNativeError = 10;
+
+// One line per call: line breaks inside a statement become blanks.
+std::string OneLine(const std::string& text) {
+    std::string line = text;
+    for (char& c : line) {
+        if (c == '\n' || c == '\r' || c == '\t') c = ' ';
+    }
+    return line;
+}
+
+class FaultHook {
+public:
+    FaultHook(long failAt, std::string tracePath) : failAt_(failAt), tracePath_(std::move(tracePath)) {}
+
+    void operator()(TappedCall call, const std::string& text) {
+        ++calls_;
+        bool inject = calls_ == failAt_;
+        Trace(call, text, inject);
+        if (inject) {
+            throw ado::ProviderError(ado::kSqliteProviderName, kInjectedNativeError, InjectedFaultMessage(calls_));
+        }
+    }
+
+private:
+    void Trace(TappedCall call, const std::string& text, bool injected) {
+        if (tracePath_.empty()) return;
+        // Opened per call, so that a killed run leaves every line written.
+        if (std::FILE* out = std::fopen(tracePath_.c_str(), "a")) {
+            std::fprintf(out, "%ld\t%s\t%s%s\n", calls_, TappedCallName(call), OneLine(text).c_str(),
+                         injected ? "\tinjected" : "");
+            std::fclose(out);
+        }
+    }
+
+    long failAt_;
+    std::string tracePath_;
+    long calls_ = 0;
+};
+
+std::string Variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+}  // namespace
+
+std::string InjectedFaultMessage(long call) {
+    return "disk I/O error (injected fault at call " + std::to_string(call) + ")";
+}
+
+bool OpenWithTestHook(ado::Connection* connection, const Target& target, bool readOnly) {
+    std::string failAt = Variable(kFaultAtVariable);
+    std::string tracePath = Variable(kFaultTraceVariable);
+    if ((failAt.empty() && tracePath.empty()) || !target.IsFile()) return false;
+    auto hook = std::make_shared<FaultHook>(std::atol(failAt.c_str()), tracePath);
+    std::unique_ptr<ado::Provider> provider = ado::OpenSqliteProvider(
+        target.path, readOnly ? ado::SqliteOpenMode::kReadOnly : ado::SqliteOpenMode::kReadWrite);
+    connection->OpenWith(TapProvider(std::move(provider), [hook](TappedCall call, const std::string& text) {
+        (*hook)(call, text);
+    }));
+    return true;
+}
+
+}  // namespace kdhost

@@ -1,0 +1,28 @@
+#pragma once
+// Test hook of the runner (not for production use): with the environment
+// variable KDVQ_FAULT_AT=N the N-th statement, query, row write or commit
+// that the runner sends to a SQLite repository fails once, as a disk error
+// would; with KDVQ_FAULT_TRACE=FILE every such call is appended to FILE as
+// one line "N<TAB>kind<TAB>text", the failed one ending in "<TAB>injected".
+// The reliability tests use it to interrupt an upgrade at every point and
+// to check that a second run repairs what the first left.
+#include <string>
+
+#include "host/target.h"
+#include "platform/ado/ado.h"
+
+namespace kdhost {
+
+// The environment variables of the hook.
+inline const char kFaultAtVariable[] = "KDVQ_FAULT_AT";
+inline const char kFaultTraceVariable[] = "KDVQ_FAULT_TRACE";
+
+// The message of the injected failure.
+std::string InjectedFaultMessage(long call);
+
+// Opens the connection through the hook when either variable is set and
+// the target is a SQLite file; false (nothing opened) otherwise. Raises
+// what opening raises.
+bool OpenWithTestHook(ado::Connection* connection, const Target& target, bool readOnly);
+
+}  // namespace kdhost

@@ -1,0 +1,29 @@
+#pragma once
+// The version number each upgrader writes into its part's version table
+// when it succeeds, and the numbers a repository of each release holds.
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/repository_versions.h"
+
+namespace kdhost {
+
+struct UpgraderRelease {
+    size_t part;      // index into kRepositoryParts
+    int32_t version;  // the number it writes
+};
+
+// Empty for the upgraders that move no version (final_upgraders.h).
+std::optional<UpgraderRelease> ReleaseOfUpgrader(const std::string& className);
+
+struct Release {
+    std::string name;               // "9.0.1 SP1"
+    RepositoryVersions versions;    // 0: the part did not exist yet
+};
+
+// The releases an upgrade can start from after 8.2, oldest first.
+const std::vector<Release>& UpgradedReleases();
+
+}  // namespace kdhost

@@ -1,0 +1,34 @@
+#pragma once
+// What the reliability tests compare of a SQLite repository: its catalog,
+// normalised (tables with their columns' types, NOT NULL and key flags,
+// and indexes with their columns), and the rows of every table, each row
+// one text, sorted (the upgraders promise no row order).
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kdhost::testing {
+
+// Table name (upper case) -> column lines "NAME TYPE notnull pk" in order.
+using Catalog = std::map<std::string, std::vector<std::string>>;
+// Table name (upper case) -> sorted row texts.
+using Contents = std::map<std::string, std::vector<std::string>>;
+
+struct Snapshot {
+    Catalog tables;
+    std::map<std::string, std::string> indexes;  // index name -> "TABLE(COL,...)"
+    Contents rows;
+};
+
+Snapshot TakeSnapshot(const std::string& path);
+
+// The answer of PRAGMA integrity_check, lines joined by "\n".
+std::string IntegrityCheck(const std::string& path);
+
+// Copies a closed database file (and its write-ahead log, when present).
+void CopyDatabase(const std::string& from, const std::string& to);
+
+// The versions as the upgrade reports them, read straight from the file.
+std::string VersionsText(const std::string& path);
+
+}  // namespace kdhost::testing

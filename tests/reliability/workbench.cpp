@@ -1,0 +1,52 @@
+#include "tests/reliability/workbench.h"
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+namespace kdhost::testing {
+
+namespace {
+
+std::string NewFolder(bool inMemory) {
+    namespace fs = std::filesystem;
+    fs::path base = inMemory && ::access("/dev/shm", W_OK) == 0 ? fs::path("/dev/shm") : fs::temp_directory_path();
+    std::string pattern = (base / "kdvq-reliability-XXXXXX").string();
+    if (!::mkdtemp(pattern.data())) throw std::runtime_error("cannot create " + pattern);
+    return pattern;
+}
+
+}  // namespace
+
+Workbench::Workbench(bool inMemory) : folder_(NewFolder(inMemory)) {}
+
+Workbench::~Workbench() {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+}
+
+RunnerResult Workbench::Run(const std::vector<std::string>& args,
+                            const std::map<std::string, std::string>& environment) {
+    for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
+    RunnerResult result = RunRunner(args, {folder_, false});
+    for (const auto& entry : environment) ::unsetenv(entry.first.c_str());
+    return result;
+}
+
+std::string Workbench::Sample(const std::string& release, const std::string& name) {
+    std::string path = File(name);
+    RunnerResult made = Run({"sample", "--release", release, "--db", path});
+    EXPECT_EQ(made.status, 0) << made.err;
+    EXPECT_EQ(made.out, "Created a sample repository of release " + release + " in " + path + "\n");
+    return path;
+}
+
+std::vector<std::string> UpgradeArgs(const std::string& path) {
+    return {"upgrade", "--db", path, "--database-id", "REPO-7", "--setting", "BulletinBoard Version/VersionName=9.3.1"};
+}
+
+}  // namespace kdhost::testing

@@ -1,0 +1,36 @@
+#pragma once
+// A folder for repositories and the runner's files, and runs of the built
+// runner in it with extra environment variables (the fault hook's). The
+// folder is in memory (/dev/shm) when the machine has one, so that the
+// many runs of the fault loop do not wait for the disk; tests that need a
+// real disk ask for one.
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tests/host/runner_process.h"
+
+namespace kdhost::testing {
+
+class Workbench {
+public:
+    explicit Workbench(bool inMemory = true);
+    ~Workbench();
+    Workbench(const Workbench&) = delete;
+    Workbench& operator=(const Workbench&) = delete;
+
+    std::string File(const std::string& name) const { return folder_ + "/" + name; }
+    const std::string& Folder() const { return folder_; }
+
+    RunnerResult Run(const std::vector<std::string>& args, const std::map<std::string, std::string>& environment = {});
+    // A new sample of the release in the folder; the file's path.
+    std::string Sample(const std::string& release, const std::string& name);
+
+private:
+    std::string folder_;
+};
+
+// The arguments of an upgrade that answers every question the upgraders ask.
+std::vector<std::string> UpgradeArgs(const std::string& path);
+
+}  // namespace kdhost::testing

@@ -1,0 +1,251 @@
+// The sample repository of release 8.2, loaded into a PostgreSQL database
+// of its own and upgraded by the runner through the ODBC provider.
+//
+// PostgreSQL takes the SQL Server route (the provider text "ODBC;PostgreSQL"
+// contains "SQL" but not "Oracle") and accepts that route's statements up to
+// the first "ALTER TABLE t ALTER COLUMN c INT NOT NULL", which it rejects as
+// a syntax error. So the first run ends with
+//   - core at 4039 and session at 4511: their 9.3 rev2 upgraders start with
+//     that statement;
+//   - workflow at 5085: its 9.3 rev2 upgrader ignores how its keys went, and
+//     9.3.1 waits for core 4866;
+//   - mobile at 1: PostgreSQL also rejects "DROP INDEX i on t", so 8.3.2
+//     fails after moving the packet ids. Workflow 8.3.3 drops the column
+//     in the same run, which takes its index along; the second run finds
+//     nothing left to drop and carries mobile to 5129.
+// Everything the upgraders did before those points is checked row by row.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/runner_process.h"
+#include "tests/server/log_entries.h"
+#include "tests/server/scratch_database.h"
+#include "tests/support/test_host.h"
+
+namespace kdvq::server {
+namespace {
+
+using kdhost::testing::Lines;
+using kdhost::testing::ReadWholeFile;
+using kdhost::testing::RunnerResult;
+using kdhost::testing::RunRunner;
+
+// The log entry of a statement the server refused; error as the provider
+// describes it (its lines indented).
+std::string FailedStatementEntry(const std::string& error, const std::string& statement) {
+    return "ERROR kdVqUpgraders:\n    modMain::DoCommand\n" + error + "    Command: " + statement;
+}
+
+std::string AlterColumnRejected(const std::string& statement) {
+    return FailedStatementEntry(
+        "    -2147217900: ERROR: syntax error at or near \"INT\";\n    Error while executing the query\n", statement);
+}
+
+std::string SecondKeyRejected(const std::string& table, const std::string& statement) {
+    return FailedStatementEntry("    -2147217900: ERROR: multiple primary keys for table \"" + table +
+                                    "\" are not allowed;\n    Error while executing the query\n",
+                                statement);
+}
+
+std::string IncompleteRun(const std::string& answers, const std::string& log) {
+    return "kdvq-upgrade: the upgrade is incomplete: " + answers + ".\nThe log " + log +
+           " holds the details. Correct the cause and run the upgrade again; upgraders that succeeded are not "
+           "offered again.\n";
+}
+
+class SampleOnPostgres : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string reason = ScratchDatabase::SkipReason();
+        if (!reason.empty()) GTEST_SKIP() << reason;
+        database_ = std::make_unique<ScratchDatabase>();
+        database_->Load(ReadWholeFile(std::string(KDVQ_SOURCE_DIR) + "/host/resources/sample-8.2.sql"));
+    }
+
+    RunnerResult Upgrade(const std::string& log) {
+        return RunRunner({"upgrade", "--db", Target(), "--database-id", "REPO-7", "--log", folder_.File(log)},
+                         {folder_.Path(), false});
+    }
+    std::string Target() const { return "odbc:" + database_->ConnectionString(); }
+    std::string Log(const std::string& name) const { return folder_.File(name); }
+    // The log's failure entries, less those of the index upgrader: its
+    // statements name the owner PROCESS, which this database does not have.
+    std::vector<std::string> Failures(const std::string& log) const {
+        std::vector<std::string> failures;
+        for (const std::string& entry : LogEntries(ReadWholeFile(Log(log)))) {
+            bool indexStatement = entry.find("\n    Command: CREATE INDEX ") != std::string::npos;
+            if (entry.rfind("ERROR ", 0) == 0 && !indexStatement) failures.push_back(entry);
+        }
+        return failures;
+    }
+    std::vector<std::string> Versions() const {
+        return {database_->Rows("SELECT VERSION, DATABASE_ID FROM KD_VQ_DB_VERSION")[0],
+                database_->Rows("SELECT VERSION FROM KD_SESSION_DB_VERSION")[0],
+                database_->Rows("SELECT VERSION FROM KD_WMS_DB_VERSION")[0],
+                database_->Rows("SELECT VERSION FROM KD_MOBILE_DB_VERSION")[0]};
+    }
+
+    std::unique_ptr<ScratchDatabase> database_;
+    testing::TempDir folder_;
+};
+
+TEST_F(SampleOnPostgres, FirstRunEndsWhereTheServerRejectsAlterColumn) {
+    RunnerResult run = Upgrade("run.log");
+
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, IncompleteRun("KDUpgradeMobile832 answered False, KDUpgradeSM93rev2 answered False, "
+                                     "KDVqUpgrader93rev2 answered False",
+                                     Log("run.log")));
+    std::vector<std::string> out = Lines(run.out);
+    ASSERT_GE(out.size(), 2u);
+    EXPECT_EQ(out[out.size() - 2], "Versions after: core 4039, session 4511, workflow 5085, mobile 1");
+    EXPECT_EQ(out[out.size() - 1], "Log: " + Log("run.log"));
+    EXPECT_EQ(Versions(), (std::vector<std::string>{"4039|'REPO-7'", "4511", "5085", "1"}));
+
+    EXPECT_EQ(Failures("run.log"),
+              (std::vector<std::string>{
+                  FailedStatementEntry("    -2147217900: ERROR: syntax error at or near \"on\";\n"
+                                       "    Error while executing the query\n",
+                                       "DROP INDEX MOBILE_PACKET_ID on KD_WMS_DESIGN"),
+                  AlterColumnRejected("ALTER TABLE KD_SESSION ALTER COLUMN SESSION_ID INT NOT NULL"),
+                  AlterColumnRejected("ALTER TABLE KD_VQ_TASKS ALTER COLUMN TASK_ID INT NOT NULL"),
+                  AlterColumnRejected("ALTER TABLE KD_WMS_COMPATIBLE_UNIT ALTER COLUMN ID INT NOT NULL"),
+                  "ERROR kdvq-upgrade: upgrade of " + Target() +
+                      " finished; 26 upgraders ran, 3 failed; versions core 4039, session 4511, workflow 5085, "
+                      "mobile 1",
+              }));
+}
+
+struct MigratedRows {
+    const char* what;
+    const char* query;
+    std::vector<std::string> rows;
+};
+
+TEST_F(SampleOnPostgres, DataMigratedBeforeTheStopIsComplete) {
+    ASSERT_EQ(Upgrade("run.log").status, 1);
+
+    const MigratedRows cases[] = {
+        {"supported extensions numbered from 101",
+         "SELECT NAME, ID FROM KD_VQ_SUPPORTED_EXTENSIONS ORDER BY ID",
+         {"'KDSessionManager'|101", "'KDWorkflowManager'|102"}},
+        {"sequences continue the extension and subtask ids",
+         "SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE ORDER BY SEQUENCE_VALUE, NAME",
+         {"'Vq_FilterId'|5|1", "'Vq_UserId'|5|1", "'Vq_RoleId'|6|1", "'Vq_TaskId'|8|1", "'Vq_SubtaskID'|9|1",
+          "'Vq_TransitionId'|12|1", "'Vq_NodeTypeId'|13|1", "'Vq_StateId'|13|1",
+          "'VQ_SupportedExtensionID'|103|1"}},
+        {"node types carry their extension's id and an initial state",
+         "SELECT NODE_TYPE_ID, NAME, EXTENSION_ID, INITIAL_STATE FROM KD_VQ_NODE_TYPE ORDER BY NODE_TYPE_ID",
+         {"1|'Session'|101|1", "2|'AllSessionsFilter'|101|1", "3|'UserSessionsFilter'|101|1",
+          "4|'UserStatusSessionsFilter'|101|1", "5|'Design'|102|1", "6|'WorkRequest'|102|1",
+          "7|'WorkLocation'|102|1", "8|'CU'|102|1", "9|'UserWorkRequests'|102|1",
+          "10|'UserStatusWorkRequests'|102|1", "11|'AllWorkRequests'|102|1", "12|'CompletedWorkRequests'|102|1"}},
+        {"transitions take the node type of their from-state",
+         "SELECT TRANSITION_ID, NAME, NODE_TYPE_ID FROM KD_VQ_TRANSITION ORDER BY TRANSITION_ID",
+         {"1|'Submit for QA'|1", "2|'Return to Editor'|1", "3|'Approve for Posting'|1", "4|'Post Session'|1",
+          "5|'Submit Design'|5", "6|'Approve Design'|5", "7|'Reject Design'|5", "8|'Release to Construction'|5",
+          "9|'Complete Construction'|5", "10|'Assign Work Request'|6", "11|'Close Work Request'|6"}},
+        {"roles take the extension of what they are attached to",
+         "SELECT ROLE_ID, NAME, EXTENSION_ID FROM KD_VQ_ROLE ORDER BY ROLE_ID",
+         {"1|'Session Editor'|101", "2|'Session QA'|101", "3|'Designer'|102", "4|'Design Approver'|102",
+          "5|'Work Request Clerk'|102"}},
+        // Ids follow the table's natural order. PostgreSQL writes an updated
+        // row anew behind the others, so the two subtasks that workflow 8.3.3
+        // repointed before the numbering come last.
+        {"subtasks numbered in the table's natural order, repointed to the framework's subtasks",
+         "SELECT SUBTASK_ID, TASK_ID, SUBTASK_ORDER, SUBTASK_OBJECT FROM KD_VQ_SUBTASKS ORDER BY SUBTASK_ID",
+         {"1|1|1|'kdSessionSubtasks.clsCreateSession'", "2|2|1|'kdSessionSubtasks.clsImportPacket'",
+          "3|3|1|'kdSessionSubtasks.clsPostSession'", "4|4|1|'kdVqSubtasks.clsAppendSketchLayers'",
+          "5|5|1|'kdWorkflowSubtasks.clsCreateDesign'", "6|6|2|'kdVqSubtasks.clsMobileUpdate'",
+          "7|6|1|'kdVqSubtasks.clsMobileSync'", "8|7|1|'kdVqSubtasks.clsEnterpriseUpdate'"}},
+        // Old history goes to the first user; the session log moved in with
+        // its editors' ids, without the editor who is no user.
+        {"history rows with their users, the session log moved in",
+         "SELECT NODE_TYPE_ID, NODE_ID, SERVER, CAST(DATE_TIME AS VARCHAR(19)), DESCRIPTION, EXTRA_DATA, USER_ID, "
+         "USER_NAME FROM KD_VQ_HISTORY ORDER BY NODE_TYPE_ID, NODE_ID, DATE_TIME",
+         {"1|1|Null|'2007-02-01 08:30:00'|'Session created'|'<NEW_STATE>1<\\NEW_STATE>'|2|Null",
+          "1|2|Null|'2007-02-14 10:02:00'|'Session created'|'<NEW_STATE>1<\\NEW_STATE>'|2|Null",
+          "1|2|Null|'2007-02-20 16:45:00'|'Submitted for QA'|'<NEW_STATE>2<\\NEW_STATE>'|2|Null",
+          "1|3|Null|'2007-01-20 07:45:00'|'Session created'|'<NEW_STATE>1<\\NEW_STATE>'|3|Null",
+          "1|3|Null|'2007-01-31 17:10:00'|'Session posted'|'<NEW_STATE>4<\\NEW_STATE>'|3|Null",
+          "5|1|'GISAPP01'|'2007-03-12 09:15:00'|'Design created'|Null|1|'admin'",
+          "5|2|'GISAPP02'|'2007-03-20 11:05:00'|'Design created'|Null|1|'admin'",
+          "5|2|'GISAPP02'|'2007-03-28 15:30:00'|'Transition Submit Design'|Null|1|'admin'",
+          "5|2|'GISAPP01'|'2007-04-02 10:00:00'|'Transition Approve Design'|Null|1|'admin'",
+          "5|3|'GISAPP02'|'2007-04-10 13:20:00'|'Transition Release to Construction'|Null|1|'admin'",
+          "6|1|'GISAPP01'|'2007-03-05 08:12:00'|'Work request received'|Null|1|'admin'",
+          "6|1|'GISAPP01'|'2007-03-06 09:40:00'|'Transition Assign Work Request'|Null|1|'admin'"}},
+        {"the session log and the version-info table are gone",
+         "SELECT CAST(TABLE_NAME AS VARCHAR(64)) FROM INFORMATION_SCHEMA.TABLES WHERE TABLE_NAME IN "
+         "('kd_session_mods', 'kd_vq_version_info', 'kd_session', 'kd_session_type') ORDER BY 1",
+         {"'kd_session'", "'kd_session_type'"}},
+        {"mobile packet ids moved to the mobile state of their design",
+         "SELECT NODE_TYPE_ID, NODE_ID, PACKET_ID, IMPORT_STATE FROM KD_MOBILE_STATE ORDER BY NODE_ID",
+         {"5|1|'WFM-PKT-0001'|0", "5|2|'WFM-PKT-0002'|0"}},
+        {"the packet id columns are dropped",
+         "SELECT CAST(TABLE_NAME AS VARCHAR(64)) FROM INFORMATION_SCHEMA.COLUMNS WHERE COLUMN_NAME = "
+         "'mobile_packet_id'",
+         {}},
+        {"designs carry the database id", "SELECT ID, DATABASE_ID FROM KD_WMS_DESIGN ORDER BY ID",
+         {"1|'REPO-7'", "2|'REPO-7'", "3|'REPO-7'"}},
+        {"sessions carry the database id and a type column",
+         "SELECT SESSION_ID, DATABASE_ID, SESSION_TYPE_ID FROM KD_SESSION ORDER BY SESSION_ID",
+         {"1|'REPO-7'|Null", "2|'REPO-7'|Null", "3|'REPO-7'|Null"}},
+        {"session and design versions copied into the framework's version table",
+         "SELECT NODE_TYPE_ID, NODE_ID, BASE, NAME, STATUS, VER_ACCESS, USER_NAME, HAS_EDITS FROM KD_VQ_VERSIONS "
+         "ORDER BY NODE_TYPE_ID, NODE_ID",
+         {"1|1|'SDE.DEFAULT'|'SESSION_1'|0|1|'unknown'|Null", "1|2|'SDE.DEFAULT'|'SESSION_2'|0|1|'unknown'|Null",
+          "1|3|'SDE.DEFAULT'|'SESSION_3'|1|2|'unknown'|Null", "5|1|'SDE.DEFAULT'|'DESIGN_1'|0|1|'jsmith'|Null",
+          "5|2|'SDE.DEFAULT'|'DESIGN_2'|0|1|'tnguyen'|Null", "5|3|'DESIGN_2'|'DESIGN_3'|0|1|'tnguyen'|Null"}},
+        // PostgreSQL makes a key column NOT NULL itself, so the first key of
+        // each 9.3 rev2 upgrader is added although the statement before it
+        // failed; the upgrader stops there all the same.
+        {"the first primary key of each 9.3 rev2 upgrader",
+         "SELECT CAST(TABLE_NAME AS VARCHAR(64)) FROM INFORMATION_SCHEMA.TABLE_CONSTRAINTS WHERE TABLE_SCHEMA = "
+         "'public' AND CONSTRAINT_TYPE = 'PRIMARY KEY' ORDER BY 1",
+         {"'kd_session'", "'kd_vq_tasks'", "'kd_wms_compatible_unit'"}},
+    };
+    for (const MigratedRows& expected : cases) {
+        EXPECT_EQ(database_->Rows(expected.query), expected.rows) << expected.what;
+    }
+}
+
+TEST_F(SampleOnPostgres, SecondRunCarriesMobileOnAndStopsAtTheSamePlaces) {
+    ASSERT_EQ(Upgrade("first.log").status, 1);
+    RunnerResult run = Upgrade("second.log");
+
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, IncompleteRun("KDUpgradeSM93rev2 answered False, KDVqUpgrader93rev2 answered False",
+                                     Log("second.log")));
+    EXPECT_EQ(Versions(), (std::vector<std::string>{"4039|'REPO-7'", "4511", "5085", "5129"}));
+    // The keys PostgreSQL added on the first run now stand in the way too.
+    EXPECT_EQ(Failures("second.log"),
+              (std::vector<std::string>{
+                  AlterColumnRejected("ALTER TABLE KD_SESSION ALTER COLUMN SESSION_ID INT NOT NULL"),
+                  SecondKeyRejected("kd_session", "ALTER TABLE KD_SESSION ADD PRIMARY KEY (SESSION_ID)"),
+                  AlterColumnRejected("ALTER TABLE KD_VQ_TASKS ALTER COLUMN TASK_ID INT NOT NULL"),
+                  SecondKeyRejected("kd_vq_tasks", "ALTER TABLE KD_VQ_TASKS ADD PRIMARY KEY (TASK_ID)"),
+                  "ERROR kdvq-upgrade: upgrade of " + Target() +
+                      " finished; 12 upgraders ran, 2 failed; versions core 4039, session 4511, workflow 5085, "
+                      "mobile 5129",
+              }));
+
+    // Mobile 9.3 rev2 ran in a transaction of its own and committed.
+    EXPECT_EQ(database_->Rows("SELECT NODE_TYPE_ID, NODE_ID, PACKET_ID, IMPORT_STATE, PACKET_STATE, PACKET_EXTENSION "
+                              "FROM KD_MOBILE_STATE ORDER BY NODE_ID"),
+              (std::vector<std::string>{"5|1|'WFM-PKT-0001'|0|0|'MDB'", "5|2|'WFM-PKT-0002'|0|0|'MDB'"}));
+    EXPECT_EQ(database_->Rows("SELECT OBJECTID, PACKET_ADAPTER_PROGID, EXTENSION_NAME, CALL_SEQUENCE_NUMBER FROM "
+                              "KD_MOBILE_PACKET_ADAPTERS ORDER BY OBJECTID"),
+              (std::vector<std::string>{"1|'KDWFMMobileAdapters.kdWFMInfo'|'KDWorkflowManager'|1",
+                                        "2|'KDMobileAdapters.kdMobileGraphics'|'KDWorkflowManager'|2",
+                                        "3|'KDWFMMobileAdapters.kdExtent'|'KDWorkflowManager'|3",
+                                        "5|'KDSMMobileAdapters.kdSMInfo'|'KDSessionManager'|1",
+                                        "6|'KDMobileAdapters.kdMobileGraphics'|'KDSessionManager'|2",
+                                        "7|'KDMobileAdapters.kdExtent'|'KDSessionManager'|3"}));
+}
+
+}  // namespace
+}  // namespace kdvq::server
