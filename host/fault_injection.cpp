@@ -1,5 +1,6 @@
 #include "host/fault_injection.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -25,10 +26,12 @@ std::string OneLine(const std::string& text) {
 
 class FaultHook {
 public:
-    FaultHook(long failAt, std::string tracePath) : failAt_(failAt), tracePath_(std::move(tracePath)) {}
+    FaultHook(long failAt, long killAt, std::string tracePath)
+        : failAt_(failAt), killAt_(killAt), tracePath_(std::move(tracePath)) {}
 
     void operator()(TappedCall call, const std::string& text) {
         ++calls_;
+        if (calls_ == killAt_) std::raise(SIGKILL);
         bool inject = calls_ == failAt_;
         Trace(call, text, inject);
         if (inject) {
@@ -48,6 +51,7 @@ private:
     }
 
     long failAt_;
+    long killAt_;
     std::string tracePath_;
     long calls_ = 0;
 };
@@ -65,9 +69,10 @@ std::string InjectedFaultMessage(long call) {
 
 bool OpenWithTestHook(ado::Connection* connection, const Target& target, bool readOnly) {
     std::string failAt = Variable(kFaultAtVariable);
+    std::string killAt = Variable(kKillAtVariable);
     std::string tracePath = Variable(kFaultTraceVariable);
-    if ((failAt.empty() && tracePath.empty()) || !target.IsFile()) return false;
-    auto hook = std::make_shared<FaultHook>(std::atol(failAt.c_str()), tracePath);
+    if ((failAt.empty() && killAt.empty() && tracePath.empty()) || !target.IsFile()) return false;
+    auto hook = std::make_shared<FaultHook>(std::atol(failAt.c_str()), std::atol(killAt.c_str()), tracePath);
     std::unique_ptr<ado::Provider> provider = ado::OpenSqliteProvider(
         target.path, readOnly ? ado::SqliteOpenMode::kReadOnly : ado::SqliteOpenMode::kReadWrite);
     connection->OpenWith(TapProvider(std::move(provider), [hook](TappedCall call, const std::string& text) {

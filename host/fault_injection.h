@@ -3,7 +3,9 @@
 // variable KDVQ_FAULT_AT=N the N-th statement, query, row write or commit
 // that the runner sends to a SQLite repository fails once, as a disk error
 // would; with KDVQ_FAULT_TRACE=FILE every such call is appended to FILE as
-// one line "N<TAB>kind<TAB>text", the failed one ending in "<TAB>injected".
+// one line "N<TAB>kind<TAB>text", the failed one ending in "<TAB>injected";
+// with KDVQ_KILL_AT=N the runner kills itself (SIGKILL) just before the
+// N-th call, as a power cut or an administrator's kill would stop it.
 // The reliability tests use it to interrupt an upgrade at every point and
 // to check that a second run repairs what the first left.
 #include <string>
@@ -16,6 +18,7 @@ namespace kdhost {
 // The environment variables of the hook.
 inline const char kFaultAtVariable[] = "KDVQ_FAULT_AT";
 inline const char kFaultTraceVariable[] = "KDVQ_FAULT_TRACE";
+inline const char kKillAtVariable[] = "KDVQ_KILL_AT";
 
 // The message of the injected failure.
 std::string InjectedFaultMessage(long call);

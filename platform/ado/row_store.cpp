@@ -79,6 +79,37 @@ std::vector<int32_t> RowStore::EqualPositions(const Clause& clause) {
     return out;
 }
 
+std::optional<size_t> RowStore::CandidateCount(const Criteria& c, const Node& node) {
+    switch (node.kind) {
+        case Node::Kind::kClause: {
+            const Clause& clause = c.Clauses()[node.clause];
+            if (!IsIndexable(clause)) return std::nullopt;
+            ColumnIndex& index = IndexFor(clause.columnIndex, criteria::KeysAsDate(clause.value.kind));
+            size_t count = 0;
+            for (const criteria::MatchKey& key : criteria::LiteralKeys(clause.value))
+                if (const std::vector<int32_t>* found = index.Find(key)) count += found->size();
+            return count;
+        }
+        case Node::Kind::kAnd: {
+            std::optional<size_t> least;
+            for (const Node& child : node.children)
+                if (std::optional<size_t> count = CandidateCount(c, child); count && (!least || *count < *least))
+                    least = count;
+            return least;
+        }
+        case Node::Kind::kOr: {
+            size_t total = 0;
+            for (const Node& child : node.children) {
+                std::optional<size_t> count = CandidateCount(c, child);
+                if (!count) return std::nullopt;
+                total += *count;
+            }
+            return total;
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<std::vector<int32_t>> RowStore::Candidates(const Criteria& c, const Node& node) {
     switch (node.kind) {
         case Node::Kind::kClause: {
@@ -86,11 +117,22 @@ std::optional<std::vector<int32_t>> RowStore::Candidates(const Criteria& c, cons
             if (!IsIndexable(clause)) return std::nullopt;
             return EqualPositions(clause);
         }
-        case Node::Kind::kAnd:
-            // Any one indexed conjunct bounds the matches.
-            for (const Node& child : node.children)
-                if (auto found = Candidates(c, child)) return found;
-            return std::nullopt;
+        case Node::Kind::kAnd: {
+            // Any one indexed conjunct bounds the matches; the narrowest is
+            // taken, so that a conjunct every row satisfies (a node type,
+            // say) does not make each Find or Filter walk the whole store.
+            const Node* narrowest = nullptr;
+            size_t narrowestCount = 0;
+            for (const Node& child : node.children) {
+                std::optional<size_t> count = CandidateCount(c, child);
+                if (count && (!narrowest || *count < narrowestCount)) {
+                    narrowest = &child;
+                    narrowestCount = *count;
+                }
+            }
+            if (!narrowest) return std::nullopt;
+            return Candidates(c, *narrowest);
+        }
         case Node::Kind::kOr: {
             std::vector<int32_t> all;
             for (const Node& child : node.children) {

@@ -47,6 +47,9 @@ private:
     // Positions (sorted) that may satisfy node, or nullopt when only a scan
     // can tell. Equality clauses answer from an index.
     std::optional<std::vector<int32_t>> Candidates(const criteria::Criteria& criteria, const criteria::Node& node);
+    // How many positions Candidates would give for node (an upper bound
+    // for OR), without gathering them; nullopt when only a scan can tell.
+    std::optional<size_t> CandidateCount(const criteria::Criteria& criteria, const criteria::Node& node);
     std::vector<int32_t> EqualPositions(const criteria::Clause& clause);
     ColumnIndex& IndexFor(int column, bool dateKeys);
 

@@ -58,13 +58,19 @@ Snapshot TakeSnapshot(const std::string& path) {
     WithDatabase(path, [&](sqlite3* db) {
         for (const Row& table : Query(db, "SELECT name FROM sqlite_master WHERE type='table' "
                                           "AND name NOT LIKE 'sqlite_%'")) {
+            // Columns by name: a second run adds a column the first could
+            // not later than the others, which changes nothing that matters.
             std::string name = Upper(table[0]);
+            Row names;
             for (const Row& column : Query(db, "SELECT upper(name), upper(type), \"notnull\", pk FROM "
-                                               "pragma_table_info(" + ("'" + table[0] + "'") + ")")) {
+                                               "pragma_table_info('" + table[0] + "') ORDER BY upper(name)")) {
                 snapshot.tables[name].push_back(Join(column, " "));
+                names.push_back(Quoted(column[0]));
             }
             std::vector<std::string>& rows = snapshot.rows[name];
-            for (const Row& row : Query(db, "SELECT * FROM " + Quoted(table[0]))) rows.push_back(Join(row, "|"));
+            for (const Row& row : Query(db, "SELECT " + Join(names, ",") + " FROM " + Quoted(table[0]))) {
+                rows.push_back(Join(row, "|"));
+            }
             std::sort(rows.begin(), rows.end());
         }
         for (const Row& index : Query(db, "SELECT upper(name), upper(tbl_name) FROM sqlite_master "

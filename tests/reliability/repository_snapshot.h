@@ -9,7 +9,7 @@
 
 namespace kdhost::testing {
 
-// Table name (upper case) -> column lines "NAME TYPE notnull pk" in order.
+// Table name (upper case) -> column lines "NAME TYPE notnull pk", by name.
 using Catalog = std::map<std::string, std::vector<std::string>>;
 // Table name (upper case) -> sorted row texts.
 using Contents = std::map<std::string, std::vector<std::string>>;

@@ -1,0 +1,118 @@
+// The scaled sample: the counts each scale gives, and rows the upgraders
+// can work on (unique ids, consistent links).
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "host/bad_input.h"
+#include "host/sample_scale.h"
+#include "tests/support/test_host.h"
+
+namespace kdhost::testing {
+namespace {
+
+struct CountsCase {
+    double scale;
+    int64_t transitions, roles, users, historyRows, states, subtasks;
+};
+
+TEST(SampleScale, CountsGrowWithTheScaleWithinTheirLimits) {
+    const CountsCase cases[] = {
+        {1, 20000, 2000, 1000, 200000, 1992, 5000},
+        {0.1, 2000, 200, 100, 20000, 192, 500},
+        {10, 200000, 20000, 10000, 2000000, 19992, kMaxSampleSubtasks},  // subtasks stay below the 16-bit counter
+        {1e-6, 1, 1, 1, 1, 12, 1},                                        // at least one of each, a state per node type
+    };
+    for (const CountsCase& c : cases) {
+        SCOPED_TRACE(c.scale);
+        SampleScaleCounts counts = ScaledCounts(c.scale);
+        EXPECT_EQ(counts.transitions, c.transitions);
+        EXPECT_EQ(counts.roles, c.roles);
+        EXPECT_EQ(counts.users, c.users);
+        EXPECT_EQ(counts.historyRows, c.historyRows);
+        EXPECT_EQ(counts.states, c.states);
+        EXPECT_EQ(counts.subtasks, c.subtasks);
+    }
+}
+
+int64_t Scalar(sqlite3* db, const std::string& sql) {
+    sqlite3_stmt* s = nullptr;
+    EXPECT_EQ(sqlite3_prepare_v2(db, sql.c_str(), -1, &s, nullptr), SQLITE_OK) << sql;
+    int64_t value = sqlite3_step(s) == SQLITE_ROW ? sqlite3_column_int64(s, 0) : -1;
+    sqlite3_finalize(s);
+    return value;
+}
+
+TEST(SampleScale, RowsAreConsistentForTheUpgraders) {
+    kdvq::testing::TempDir folder;
+    std::string path = folder.File("scaled.db");
+    CreateScaledSample("8.2", path, 0.02);
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+    const struct {
+        const char* what;
+        const char* sql;
+        int64_t expected;
+    } checks[] = {
+        {"transitions", "SELECT COUNT(*) FROM KD_VQ_TRANSITION", 11 + 400},
+        {"duplicate state ids", "SELECT COUNT(*) - COUNT(DISTINCT STATE_ID) FROM KD_VQ_STATE", 0},
+        {"duplicate transition ids", "SELECT COUNT(*) - COUNT(DISTINCT TRANSITION_ID) FROM KD_VQ_TRANSITION", 0},
+        {"duplicate role ids", "SELECT COUNT(*) - COUNT(DISTINCT ROLE_ID) FROM KD_VQ_ROLE", 0},
+        {"duplicate user names", "SELECT COUNT(*) - COUNT(DISTINCT USER_NAME) FROM KD_VQ_USER", 0},
+        {"duplicate design ids", "SELECT COUNT(*) - COUNT(DISTINCT ID) FROM KD_WMS_DESIGN", 0},
+        {"transitions without 1 to 3 targets",
+         "SELECT COUNT(*) FROM (SELECT t.TRANSITION_ID, COUNT(ts.STATE_ID) n FROM KD_VQ_TRANSITION t "
+         "LEFT JOIN KD_VQ_TRANSITION_TO_STATE ts ON ts.TRANSITION_ID = t.TRANSITION_ID GROUP BY t.TRANSITION_ID) "
+         "WHERE n < 1 OR n > 3",
+         0},
+        {"targets of another state's node type",
+         "SELECT COUNT(*) FROM (SELECT ts.TRANSITION_ID FROM KD_VQ_TRANSITION_TO_STATE ts JOIN KD_VQ_STATE s "
+         "ON s.STATE_ID = ts.STATE_ID GROUP BY ts.TRANSITION_ID HAVING COUNT(DISTINCT s.NODE_TYPE_ID) > 1)",
+         0},
+        {"links to missing states",
+         "SELECT COUNT(*) FROM KD_VQ_STATE_ROLE sr WHERE NOT EXISTS "
+         "(SELECT 1 FROM KD_VQ_STATE s WHERE s.STATE_ID = sr.STATE_ID)",
+         0},
+        {"states of node types without an extension",
+         "SELECT COUNT(*) FROM KD_VQ_STATE WHERE NODE_TYPE_ID NOT BETWEEN 1 AND 12", 0},
+        {"generated roles whose states span both extensions",
+         "SELECT COUNT(*) FROM (SELECT sr.ROLE_ID FROM KD_VQ_STATE_ROLE sr JOIN KD_VQ_STATE s "
+         "ON s.STATE_ID = sr.STATE_ID WHERE sr.ROLE_ID > 5 GROUP BY sr.ROLE_ID "
+         "HAVING MIN(s.NODE_TYPE_ID <= 4) <> MAX(s.NODE_TYPE_ID <= 4))",
+         0},
+        {"history rows", "SELECT COUNT(*) FROM KD_VQ_HISTORY", 7 + 4000},
+        {"designs with a packet id", "SELECT COUNT(*) FROM KD_WMS_DESIGN WHERE MOBILE_PACKET_ID IS NOT NULL",
+         2 + 360},
+        {"next free role id", "SELECT SEQUENCE_VALUE FROM KD_VQ_SEQUENCE WHERE NAME = 'Vq_RoleId'", 5 + 40 + 1},
+    };
+    for (const auto& check : checks) EXPECT_EQ(Scalar(db, check.sql), check.expected) << check.what;
+    sqlite3_close(db);
+}
+
+TEST(SampleScale, RefusesWhatCannotBeGrownAndLeavesNoFile) {
+    kdvq::testing::TempDir folder;
+    const struct {
+        const char* release;
+        double scale;
+    } cases[] = {
+        {"8.2", 0},
+        {"8.2", -1},
+        {"8.2", std::numeric_limits<double>::quiet_NaN()},
+        {"8.2", std::numeric_limits<double>::infinity()},
+        {"9.0.2", 1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.release) + " " + std::to_string(c.scale));
+        std::string path = folder.File("refused.db");
+        EXPECT_THROW(CreateScaledSample(c.release, path, c.scale), BadInput);
+        EXPECT_NE(::access(path.c_str(), F_OK), 0);
+    }
+}
+
+}  // namespace
+}  // namespace kdhost::testing

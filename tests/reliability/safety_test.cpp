@@ -1,0 +1,120 @@
+// The safety features of the upgrade: a backup taken before the first
+// change, and a plan that shows an upgrade without making it.
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "host/fault_injection.h"
+#include "tests/reliability/fault_trace.h"
+#include "tests/reliability/repository_snapshot.h"
+#include "tests/reliability/workbench.h"
+
+namespace kdhost::testing {
+namespace {
+
+struct BackupCase {
+    std::string name;
+    std::string db;        // PATH stands for the repository
+    std::string backup;    // FOLDER stands for the workbench's folder
+    bool backupExists;     // a file is there before the run
+    int status;
+    std::string err;       // FOLDER as above
+};
+
+void PrintTo(const BackupCase& value, std::ostream* out) { *out << value.name; }
+
+std::string Fill(std::string text, const std::string& key, const std::string& value) {
+    size_t at = text.find(key);
+    return at == std::string::npos ? text : text.replace(at, key.size(), value);
+}
+
+class Backup : public ::testing::TestWithParam<BackupCase> {};
+
+TEST_P(Backup, IsTakenBeforeAnythingChangesOrTheRunIsRefused) {
+    const BackupCase& c = GetParam();
+    Workbench bench;
+    std::string path = bench.Sample("8.2", "repository.db");
+    std::string backup = Fill(c.backup, "FOLDER", bench.Folder());
+    if (c.backupExists) WriteWholeFile(backup, "an older backup\n");
+    Snapshot before = TakeSnapshot(path);
+    std::string bytes = ReadWholeFile(path);
+
+    std::vector<std::string> args = UpgradeArgs(Fill(c.db, "PATH", path));
+    args.insert(args.end(), {"--backup", backup});
+    RunnerResult result = bench.Run(args);
+    EXPECT_EQ(result.status, c.status);
+    EXPECT_EQ(result.err, Fill(c.err, "FOLDER", bench.Folder()));
+    if (c.status != 0) {
+        // Refused before anything ran: the repository and an existing file
+        // are as they were, and nothing was logged.
+        EXPECT_EQ(ReadWholeFile(path), bytes);
+        EXPECT_FALSE(FileExists(path + ".log"));
+        if (c.backupExists) {
+            EXPECT_EQ(ReadWholeFile(backup), "an older backup\n");
+        }
+        return;
+    }
+    EXPECT_EQ(Lines(result.out).at(1), "Backup: " + backup);
+    EXPECT_EQ(IntegrityCheck(backup), "ok");
+    Snapshot saved = TakeSnapshot(backup);
+    EXPECT_EQ(saved.tables, before.tables);
+    EXPECT_EQ(saved.indexes, before.indexes);
+    EXPECT_EQ(saved.rows, before.rows);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, Backup,
+    ::testing::Values(
+        BackupCase{"NewFile", "PATH", "FOLDER/backup.db", false, 0, ""},
+        BackupCase{"ExistingFile", "PATH", "FOLDER/backup.db", true, 2,
+                   "kdvq-upgrade: FOLDER/backup.db: already exists; a backup is never written over a file\n"},
+        BackupCase{"MissingFolder", "PATH", "FOLDER/missing/backup.db", false, 2,
+                   "kdvq-upgrade: FOLDER/missing/backup.db: cannot be created: No such file or directory\n"},
+        BackupCase{"ServerRepository", "odbc:DSN=repository", "FOLDER/backup.db", false, 2,
+                   "kdvq-upgrade: --backup copies SQLite repository files only; back up a server repository with "
+                   "its own tools\n"}),
+    [](const ::testing::TestParamInfo<BackupCase>& info) { return info.param.name; });
+
+TEST(Plan, ShowsTheStatementsOfTheUpgradeAndLeavesTheFileAsItWas) {
+    Workbench bench;
+    std::string path = bench.Sample("8.2", "repository.db");
+    std::string bytes = ReadWholeFile(path);
+    std::vector<std::string> args = UpgradeArgs(path);
+    args[0] = "plan";
+    RunnerResult plan = bench.Run(args);
+    ASSERT_EQ(plan.status, 0) << plan.err;
+    EXPECT_EQ(plan.err, "");
+    EXPECT_EQ(ReadWholeFile(path), bytes);
+    EXPECT_FALSE(FileExists(path + "-wal"));
+    EXPECT_FALSE(FileExists(path + ".log"));
+
+    // The statements it shows are those a real upgrade then sends, in order.
+    std::string copy = bench.File("copy.db");
+    CopyDatabase(path, copy);
+    args = UpgradeArgs(copy);
+    ASSERT_EQ(bench.Run(args, {{kFaultTraceVariable, bench.File("upgrade.trace")}}).status, 0);
+    std::vector<std::string> sent;
+    for (const TracedCall& call : ReadTrace(bench.File("upgrade.trace"))) {
+        if (call.kind == "statement") sent.push_back("  " + call.text);
+    }
+    std::vector<std::string> lines = Lines(plan.out);
+    std::vector<std::string> shown;
+    for (const std::string& line : lines) {
+        bool heading = line.rfind("  succeeded", 0) == 0 || line.rfind("  done", 0) == 0 ||
+                       line.rfind("  System tables", 0) == 0 || line.rfind("  (a row", 0) == 0 ||
+                       line.rfind("    ", 0) == 0;
+        if (line.rfind("  ", 0) == 0 && !heading) shown.push_back(line);
+    }
+    EXPECT_EQ(shown, sent);
+    ASSERT_GE(lines.size(), 4u);
+    EXPECT_EQ(lines[0], "Plan for " + path + " (an upgrade of a temporary copy; the repository is not changed)");
+    EXPECT_EQ(lines[1], "Versions now: core 1100, session 0, workflow 0, mobile 0");
+    EXPECT_EQ(lines[lines.size() - 2],
+              "Versions after the upgrade would be: core 4866, session 4866, workflow 5645, mobile 5129");
+    EXPECT_EQ(lines.back(), "Plan complete: 31 upgraders would run, none would fail.");
+}
+
+}  // namespace
+}  // namespace kdhost::testing
