@@ -20,6 +20,9 @@ const std::map<std::string, std::string>& QuadraticByDesign() {
     return known;
 }
 
+// Below this a time is mostly the machine's noise, not the upgrader's.
+constexpr double kShortestJudged = 0.02;
+
 const char* const kUpdateHistoryLine = "  of which UpdateHistory";
 
 std::string CpuModel() {
@@ -58,7 +61,11 @@ void Row(std::FILE* out, const std::string& name, double run, double floor, long
 void GrowthRow(std::FILE* out, const std::string& name, double first, double last, double dataFactor,
                const std::string& note) {
     double growth = first > 0 ? last / first : 0;
-    std::string verdict = note.empty() ? (growth <= 1.2 * dataFactor ? "met" : "MISSED") : note;
+    std::string verdict = note;
+    if (verdict.empty() && last < kShortestJudged)
+        verdict = "too short to judge";
+    else if (verdict.empty())
+        verdict = growth <= 1.2 * dataFactor ? "met" : "MISSED";
     std::fprintf(out, "%-30s %10.3f %10.3f %8.1fx  %s\n", name.c_str(), first, last, growth, verdict.c_str());
 }
 

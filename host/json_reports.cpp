@@ -42,6 +42,8 @@ std::string UpgradeJson(const std::string& target, const RepositoryVersions& bef
     for (const SystemTableList& list : run.systemTables) json.Key(list.part).StringArray(list.tables);
     json.EndObject();
     json.Key("passes").Integer(run.passes);
+    // Present only when the run stopped early for a reason outside the upgraders.
+    if (!run.interruption.empty()) json.Key("interruption").String(run.interruption);
     json.Key("succeeded").Boolean(run.Succeeded());
     json.Key("exit_status").Integer(exitStatus);
     json.EndObject();

@@ -1,22 +1,43 @@
 #include "host/repository_versions.h"
 
+#include "platform/automation/basic_error.h"
+
 namespace kdhost {
+
+namespace {
+
+int32_t ReadFirstVersion(ado::Connection* connection, const std::string& table) {
+    com::ComPtr<ado::Recordset> rows = ado::NewRecordset();
+    rows->SetCursorLocation(ado::adUseServer);
+    rows->Open("select VERSION from " + table, connection, ado::adOpenForwardOnly, ado::adLockReadOnly);
+    int32_t version = 0;
+    if (!rows->EOF()) {
+        ado::Variant value = rows->Get("VERSION");
+        if (value.IsNumeric()) version = value.CLng();
+    }
+    rows->Close();
+    return version;
+}
+
+}  // namespace
 
 int32_t ReadVersion(ado::Connection* connection, const std::string& table) {
     try {
-        com::ComPtr<ado::Recordset> rows = ado::NewRecordset();
-        rows->SetCursorLocation(ado::adUseServer);
-        rows->Open("select VERSION from " + table, connection, ado::adOpenForwardOnly, ado::adLockReadOnly);
-        int32_t version = 0;
-        if (!rows->EOF()) {
-            ado::Variant value = rows->Get("VERSION");
-            if (value.IsNumeric()) version = value.CLng();
-        }
-        rows->Close();
-        return version;
+        return ReadFirstVersion(connection, table);
     } catch (...) {
         // A part that is not installed has no version table.
         return 0;
+    }
+}
+
+bool TryReadCoreVersion(ado::Connection* connection, const std::string& prefix, int32_t* version,
+                        std::string* error) {
+    try {
+        *version = ReadFirstVersion(connection, prefix + kRepositoryParts[0].versionTable);
+        return true;
+    } catch (...) {
+        *error = automation::CurrentError().Description();
+        return false;
     }
 }
 

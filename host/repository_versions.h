@@ -29,6 +29,11 @@ using RepositoryVersions = std::array<int32_t, 4>;
 int32_t ReadVersion(ado::Connection* connection, const std::string& table);
 RepositoryVersions ReadVersions(ado::Connection* connection, const std::string& prefix);
 int32_t ReadCoreVersion(ado::Connection* connection, const std::string& prefix);
+// Reads the core version during a run, where its table is known to exist:
+// false (with the failure's description) when the read fails, so that a
+// failed read is not mistaken for an old repository.
+bool TryReadCoreVersion(ado::Connection* connection, const std::string& prefix, int32_t* version,
+                        std::string* error);
 
 // "core 1206, session 0, workflow 1206, mobile 0"
 std::string DescribeVersions(const RepositoryVersions& versions);

@@ -74,6 +74,7 @@ std::string FailureSummary(const RunResult& run, const std::string& logPath) {
                  (outcome.failedCall.empty() ? " answered False"
                                              : " failed in " + outcome.failedCall);
     }
+    if (!run.interruption.empty()) which += (which.empty() ? "" : "; ") + run.interruption;
     return "the upgrade is incomplete: " + which + ".\n" + "The log " + logPath +
            " holds the details. Correct the cause and run the upgrade again;" +
            " upgraders that succeeded are not offered again.";

@@ -23,8 +23,8 @@ public:
 
     RunResult Go() {
         bool executed = true;
-        while (executed) executed = Pass(false);
-        Pass(true);
+        while (executed && result_.interruption.empty()) executed = Pass(false);
+        if (result_.interruption.empty()) Pass(true);
         return std::move(result_);
     }
 
@@ -32,7 +32,14 @@ private:
     // Runs one pass; true when it executed an upgrader.
     bool Pass(bool final) {
         int pass = ++result_.passes;
-        int32_t coreVersion = ReadCoreVersion(context_.connection, context_.prefix);
+        int32_t coreVersion = 0;
+        std::string error;
+        if (!TryReadCoreVersion(context_.connection, context_.prefix, &coreVersion, &error)) {
+            // Without the number no upgrader can be asked; going on with 0
+            // would end the run as if nothing were left to do.
+            result_.interruption = "the core version could not be read (" + error + ")";
+            return false;
+        }
         observer_.PassStarting(pass, coreVersion, final);
         bool executed = false;
         for (const UpgraderClassInfo& info : classes_) {
@@ -128,7 +135,7 @@ private:
 
 }  // namespace
 
-bool RunResult::Succeeded() const { return FailureCount() == 0; }
+bool RunResult::Succeeded() const { return FailureCount() == 0 && interruption.empty(); }
 
 int RunResult::FailureCount() const {
     int count = 0;

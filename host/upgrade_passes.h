@@ -45,6 +45,9 @@ struct RunResult {
     std::vector<UpgraderOutcome> outcomes;  // in the order they ran
     std::vector<SystemTableList> systemTables;
     int passes = 0;                         // including the final pass
+    // Set when the run stopped early for a reason outside the upgraders
+    // (the core version could not be read); the run then did not succeed.
+    std::string interruption;
     bool Succeeded() const;
     int FailureCount() const;
 };

@@ -245,6 +245,7 @@ TEST(UpgradePassesCreation, AClassThatCannotBeCreatedCountsAsAFailure) {
     kdvq::testing::TempDir folder;
     auto connection = ado::NewConnection();
     connection->Open("sqlite:" + folder.File("r.db") + "?mode=create");
+    connection->Execute("CREATE TABLE KD_VQ_DB_VERSION (VERSION INT)");
     com::ComPtr<Login> login = Login::Create(connection, "");
     auto transcript = std::make_shared<Transcript>();
     RecordingObserver observer(transcript);
@@ -253,6 +254,20 @@ TEST(UpgradePassesCreation, AClassThatCannotBeCreatedCountsAsAFailure) {
     EXPECT_EQ(*transcript, (Transcript{"PASS 1 core=0",
                                        "OUTCOME Unregistered pass=1 result=false failure=true call=create",
                                        "PASS 2 core=0", "FINAL PASS 3 core=0"}));
+    EXPECT_FALSE(result.Succeeded());
+}
+
+TEST(UpgradePassesCreation, AnUnreadableCoreVersionStopsTheRunAsAFailure) {
+    kdvq::testing::TempDir folder;
+    auto connection = ado::NewConnection();
+    connection->Open("sqlite:" + folder.File("r.db") + "?mode=create");
+    com::ComPtr<Login> login = Login::Create(connection, "");
+    auto transcript = std::make_shared<Transcript>();
+    RecordingObserver observer(transcript);
+    RunResult result = RunUpgrade({{"Unregistered", FakeClsid(999)}}, {connection.Get(), "", login.Get(), nullptr},
+                                  observer);
+    EXPECT_EQ(*transcript, Transcript{});
+    EXPECT_EQ(result.interruption, "the core version could not be read (no such table: KD_VQ_DB_VERSION)");
     EXPECT_FALSE(result.Succeeded());
 }
 

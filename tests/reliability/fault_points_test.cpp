@@ -2,6 +2,7 @@
 // failed, raises no version it did not earn and loses no row, and the next
 // run brings the repository to the same state as an upgrade that never
 // failed, except where a release's upgrader repeats work on purpose.
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -97,6 +98,10 @@ std::string ExpectedFailureMessage(const JsonValue& document, const std::string&
         if (!upgrader["failure"].boolean) continue;
         which += (which.empty() ? "" : ", ") + upgrader["class"].text +
                  (upgrader.Keys().size() == 5 ? " answered False" : " failed in " + upgrader["failed_call"].text);
+    }
+    std::vector<std::string> keys = document.Keys();
+    if (std::find(keys.begin(), keys.end(), "interruption") != keys.end()) {
+        which += (which.empty() ? "" : "; ") + document["interruption"].text;
     }
     return "kdvq-upgrade: the upgrade is incomplete: " + which + ".\nThe log " + logPath +
            " holds the details. Correct the cause and run the upgrade again; upgraders that succeeded are not "
