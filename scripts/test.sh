@@ -24,6 +24,7 @@ pg_start || echo "PostgreSQL server not started; server tests will be skipped" >
 trap pg_stop EXIT
 
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
+export LSAN_OPTIONS=suppressions=$ROOT/scripts/lsan.supp:print_suppressions=0
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 ctest --test-dir "$ROOT/build" --output-on-failure -j "$JOBS" --timeout 600
 ctest --test-dir "$ROOT/build-asan" --output-on-failure -j "$JOBS" --timeout 900
