@@ -27,7 +27,7 @@ enum class Behaviour { Succeed, AnswerFalse, RaiseInExecute, RaiseInEnabled };
 // An upgrader of the core chain: enabled for from <= version < to, it
 // writes `to` into the core version table. "Always" upgraders ignore the
 // version, like the final ones.
-struct FakeSpec {
+struct FakeClass {
     std::string name;
     int32_t from = 0;
     int32_t to = 0;
@@ -36,42 +36,42 @@ struct FakeSpec {
     std::vector<std::string> systemTables;
 };
 
-FakeSpec Chain(const std::string& name, int32_t from, int32_t to, Behaviour behaviour = Behaviour::Succeed) {
-    FakeSpec spec;
-    spec.name = name;
-    spec.from = from;
-    spec.to = to;
-    spec.behaviour = behaviour;
-    return spec;
+FakeClass Chain(const std::string& name, int32_t from, int32_t to, Behaviour behaviour = Behaviour::Succeed) {
+    FakeClass setup;
+    setup.name = name;
+    setup.from = from;
+    setup.to = to;
+    setup.behaviour = behaviour;
+    return setup;
 }
 
-FakeSpec Final(const std::string& name, Behaviour behaviour, std::vector<std::string> systemTables = {}) {
-    FakeSpec spec;
-    spec.name = name;
-    spec.behaviour = behaviour;
-    spec.always = true;
-    spec.systemTables = std::move(systemTables);
-    return spec;
+FakeClass Final(const std::string& name, Behaviour behaviour, std::vector<std::string> systemTables = {}) {
+    FakeClass setup;
+    setup.name = name;
+    setup.behaviour = behaviour;
+    setup.always = true;
+    setup.systemTables = std::move(systemTables);
+    return setup;
 }
 
 class FakeUpgrader : public HostObject<FakeUpgrader, kdvq::IKDVqDatabaseUpgrader> {
 public:
-    FakeUpgrader(FakeSpec spec, std::shared_ptr<Transcript> transcript)
-        : spec_(std::move(spec)), transcript_(std::move(transcript)) {}
+    FakeUpgrader(FakeClass setup, std::shared_ptr<Transcript> transcript)
+        : setup_(std::move(setup)), transcript_(std::move(transcript)) {}
     static const com::IID& InterfaceIid() { return kIidDatabaseUpgrader; }
 
     com::HRESULT Enabled(kdvq::IKDLogin* login, int32_t* version, automation::VARIANT_BOOL* result) override {
-        transcript_->push_back("ASK " + spec_.name + " " + std::to_string(*version));
-        if (spec_.behaviour == Behaviour::RaiseInEnabled) return Raise("Enabled broke");
+        transcript_->push_back("ASK " + setup_.name + " " + std::to_string(*version));
+        if (setup_.behaviour == Behaviour::RaiseInEnabled) return Raise("Enabled broke");
         com::ComPtr<com::IUnknown> unknown;
         login->GetConnection(unknown.Put());
         connection_ = ado::ConnectionFromUnknown(unknown.Get());
-        bool enabled = spec_.always || (spec_.from <= *version && *version < spec_.to);
+        bool enabled = setup_.always || (setup_.from <= *version && *version < setup_.to);
         *result = enabled ? automation::VARIANT_TRUE : automation::VARIANT_FALSE;
         return com::S_OK;
     }
     com::HRESULT Name(std::string* result) override {
-        *result = "the " + spec_.name;
+        *result = "the " + setup_.name;
         return com::S_OK;
     }
     com::HRESULT Description(std::string* result) override {
@@ -80,17 +80,17 @@ public:
     }
     com::HRESULT TavixSystemTables(automation::Variant* result) override {
         com::ComPtr<automation::Collection> tables = automation::Collection::Create();
-        for (const std::string& table : spec_.systemTables) tables->Add(table);
+        for (const std::string& table : setup_.systemTables) tables->Add(table);
         *result = automation::Variant(com::ComPtr<com::IUnknown>(tables->Unknown()));
         return com::S_OK;
     }
     com::HRESULT Execute(kdvq::IKDProgressCallback*, automation::VARIANT_BOOL* result) override {
-        transcript_->push_back("EXEC " + spec_.name);
-        if (spec_.behaviour == Behaviour::RaiseInExecute) return Raise("Execute broke");
-        if (!spec_.always && spec_.behaviour == Behaviour::Succeed) {
-            connection_->Execute("UPDATE KD_VQ_DB_VERSION SET VERSION = " + std::to_string(spec_.to));
+        transcript_->push_back("EXEC " + setup_.name);
+        if (setup_.behaviour == Behaviour::RaiseInExecute) return Raise("Execute broke");
+        if (!setup_.always && setup_.behaviour == Behaviour::Succeed) {
+            connection_->Execute("UPDATE KD_VQ_DB_VERSION SET VERSION = " + std::to_string(setup_.to));
         }
-        *result = spec_.behaviour == Behaviour::Succeed ? automation::VARIANT_TRUE : automation::VARIANT_FALSE;
+        *result = setup_.behaviour == Behaviour::Succeed ? automation::VARIANT_TRUE : automation::VARIANT_FALSE;
         return com::S_OK;
     }
 
@@ -99,7 +99,7 @@ private:
         return com::SetErrorInfo({5, "fake", description});
     }
 
-    FakeSpec spec_;
+    FakeClass setup_;
     std::shared_ptr<Transcript> transcript_;
     com::ComPtr<ado::Connection> connection_;
 };
@@ -133,7 +133,7 @@ private:
 
 struct Scenario {
     std::string name;
-    std::vector<FakeSpec> classes;  // in registration order
+    std::vector<FakeClass> classes;  // in registration order
     bool succeeded;
     Transcript expected;
 };
@@ -203,10 +203,10 @@ protected:
     void SetUp() override {
         connection_ = kdvq::testing::OpenSqlite(CreateRepository());
         for (size_t i = 0; i < GetParam().classes.size(); ++i) {
-            const FakeSpec& spec = GetParam().classes[i];
-            com::ComPtr<com::IClassFactory> factory = FactoryOf<FakeUpgrader>(spec, transcript_);
+            const FakeClass& setup = GetParam().classes[i];
+            com::ComPtr<com::IClassFactory> factory = FactoryOf<FakeUpgrader>(setup, transcript_);
             cookies_.push_back(com::RegisterClassObject(FakeClsid(i), factory.Get()));
-            classes_.push_back({spec.name, FakeClsid(i)});
+            classes_.push_back({setup.name, FakeClsid(i)});
         }
     }
     void TearDown() override {
