@@ -23,20 +23,20 @@ void WriteAll(int fd, const std::string& text) {
 
 }  // namespace
 
-ChildOutcome RunInChild(const std::function<std::string()>& work) {
-    ChildOutcome outcome;
+StartedChild StartChild(const std::function<std::string()>& work) {
+    StartedChild child;
     int fds[2];
     if (::pipe(fds) != 0) {
-        outcome.error = "no pipe";
-        return outcome;
+        child.error = "no pipe";
+        return child;
     }
     std::fflush(nullptr);
     pid_t pid = ::fork();
     if (pid < 0) {
-        outcome.error = "cannot fork";
+        child.error = "cannot fork";
         ::close(fds[0]);
         ::close(fds[1]);
-        return outcome;
+        return child;
     }
     if (pid == 0) {
         ::close(fds[0]);
@@ -54,14 +54,25 @@ ChildOutcome RunInChild(const std::function<std::string()>& work) {
         ::_exit(0);
     }
     ::close(fds[1]);
+    child.pid = pid;
+    child.answerFd = fds[0];
+    return child;
+}
+
+ChildOutcome WaitForChild(const StartedChild& child) {
+    ChildOutcome outcome;
+    if (!child.error.empty()) {
+        outcome.error = child.error;
+        return outcome;
+    }
     std::string answer;
     char buffer[65536];
     ssize_t n;
-    while ((n = ::read(fds[0], buffer, sizeof buffer)) > 0) answer.append(buffer, static_cast<size_t>(n));
-    ::close(fds[0]);
+    while ((n = ::read(child.answerFd, buffer, sizeof buffer)) > 0) answer.append(buffer, static_cast<size_t>(n));
+    ::close(child.answerFd);
     int status = 0;
     struct rusage usage {};
-    ::wait4(pid, &status, 0, &usage);
+    ::wait4(child.pid, &status, 0, &usage);
     outcome.peakKiB = usage.ru_maxrss;
     if (answer.empty())
         outcome.error = "the child ended without an answer (status " + std::to_string(status) + ")";
@@ -71,5 +82,7 @@ ChildOutcome RunInChild(const std::function<std::string()>& work) {
         outcome.output = answer.substr(1);
     return outcome;
 }
+
+ChildOutcome RunInChild(const std::function<std::string()>& work) { return WaitForChild(StartChild(work)); }
 
 }  // namespace bench

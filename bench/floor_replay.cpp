@@ -9,6 +9,7 @@
 
 #include "bench/bound_values.h"
 #include "bench/transcript.h"
+#include "bench/transcript_reader.h"
 
 namespace bench {
 
@@ -129,10 +130,13 @@ private:
 
 }  // namespace
 
-FloorFigures ReplayFloor(const std::string& transcriptPath, const std::string& dbPath) {
+FloorFigures ReplayFloor(const std::string& transcriptPath, const std::string& dbPath,
+                         const std::function<bool()>& runFinished) {
     Replayer replayer(dbPath);
-    ReadTranscript(transcriptPath, {[&](const TranscriptStatement& s) { replayer.Replay(s); },
-                                    [&](const std::string& name) { replayer.Enter(name); }});
+    FollowTranscript(transcriptPath,
+                     {[&](const TranscriptStatement& s) { replayer.Replay(s); },
+                      [&](const std::string& name) { replayer.Enter(name); }},
+                     runFinished);
     return replayer.Figures();
 }
 

@@ -4,6 +4,7 @@
 // statement with marks prepared once and reused) on a copy of the same
 // starting database. Only the engine's own work is timed.
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,10 @@ struct FloorFigures {
     uint64_t unreadable = 0;  // statements whose bound values could not be read back
 };
 
-FloorFigures ReplayFloor(const std::string& transcriptPath, const std::string& dbPath);
+// Replays the transcript as the run writes it, until runFinished answers
+// true and all of it has been replayed; for a finished run's transcript,
+// runFinished answers true from the start.
+FloorFigures ReplayFloor(const std::string& transcriptPath, const std::string& dbPath,
+                         const std::function<bool()>& runFinished);
 
 }  // namespace bench

@@ -107,6 +107,9 @@ void PrintScale(std::FILE* out, const ScaleResult& r) {
                  "Floor: %llu statements replayed, %llu refused by the engine as in the run, %llu not replayable\n",
                  static_cast<unsigned long long>(r.floor.statements), static_cast<unsigned long long>(r.floor.failures),
                  static_cast<unsigned long long>(r.floor.unreadable));
+    if (r.floorAlongside)
+        std::fprintf(out, "The floor was replayed alongside the run: the two shared the machine's processors, "
+                          "disk and caches\n");
 }
 
 void PrintGrowth(std::FILE* out, const ScaleResult& first, const ScaleResult& last) {

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 
 #include "bench/child_process.h"
 #include "bench/figures_text.h"
@@ -10,7 +11,41 @@ namespace bench {
 
 namespace fs = std::filesystem;
 
-ScaleResult MeasureScale(double scale, const std::string& directory, bool keep) {
+namespace {
+
+struct RunAndFloor {
+    ChildOutcome run;
+    ChildOutcome floor;  // not replayed after a failed run, unless alongside
+};
+
+// The run, and its floor after it or alongside it. With the floor
+// alongside, the run's end is told to the floor's child by a marker file,
+// made once the run's child has exited and so has closed the transcript.
+RunAndFloor MeasureRunAndFloor(const std::string& run, const std::string& floor, const std::string& transcript,
+                               const std::string& log, bool alongside) {
+    auto measureRun = [&] { return EncodeRun(MeasureRun(run, transcript, log)); };
+    auto replayFloor = [&](const std::function<bool()>& runFinished) {
+        return EncodeFloor(ReplayFloor(transcript, floor, runFinished));
+    };
+    RunAndFloor outcome;
+    if (!alongside) {
+        outcome.run = RunInChild(measureRun);
+        if (outcome.run.error.empty()) outcome.floor = RunInChild([&] { return replayFloor([] { return true; }); });
+        return outcome;
+    }
+    const std::string runDone = transcript + ".done";
+    fs::remove(runDone);
+    StartedChild runChild = StartChild(measureRun);
+    StartedChild floorChild = StartChild([&] { return replayFloor([&] { return fs::exists(runDone); }); });
+    outcome.run = WaitForChild(runChild);
+    std::ofstream{runDone};
+    outcome.floor = WaitForChild(floorChild);
+    return outcome;
+}
+
+}  // namespace
+
+ScaleResult MeasureScale(double scale, const std::string& directory, const ScaleOptions& options) {
     ScaleResult result;
     result.scale = scale;
     result.counts = kdhost::ScaledCounts(scale);
@@ -34,22 +69,21 @@ ScaleResult MeasureScale(double scale, const std::string& directory, bool keep) 
     fs::copy_file(start, run);
     fs::copy_file(start, floor);
 
-    ChildOutcome measured = RunInChild([&] { return EncodeRun(MeasureRun(run, transcript, log)); });
-    if (!measured.error.empty()) {
-        result.error = "run: " + measured.error;
+    RunAndFloor measured = MeasureRunAndFloor(run, floor, transcript, log, options.alongside);
+    if (!measured.run.error.empty()) {
+        result.error = "run: " + measured.run.error;
         return result;
     }
-    result.run = DecodeRun(measured.output);
-    result.runPeakKiB = measured.peakKiB;
-
-    ChildOutcome replayed = RunInChild([&] { return EncodeFloor(ReplayFloor(transcript, floor)); });
-    if (!replayed.error.empty()) {
-        result.error = "floor: " + replayed.error;
+    result.run = DecodeRun(measured.run.output);
+    result.runPeakKiB = measured.run.peakKiB;
+    if (!measured.floor.error.empty()) {
+        result.error = "floor: " + measured.floor.error;
         return result;
     }
-    result.floor = DecodeFloor(replayed.output);
+    result.floor = DecodeFloor(measured.floor.output);
+    result.floorAlongside = options.alongside;
 
-    if (!keep) fs::remove_all(directory);
+    if (!options.keep) fs::remove_all(directory);
     return result;
 }
 

@@ -16,10 +16,16 @@ struct ScaleResult {
     RunFigures run;
     long runPeakKiB = 0;  // the whole run's process
     FloorFigures floor;
+    bool floorAlongside = false;  // replayed while the run went on, the two sharing the machine
     std::string error;    // the step that failed, when one did
 };
 
-// Works in directory (created when missing); keep leaves its files there.
-ScaleResult MeasureScale(double scale, const std::string& directory, bool keep);
+struct ScaleOptions {
+    bool keep = false;       // leave the working files in place
+    bool alongside = false;  // replay the floor while the run goes on, rather than after it
+};
+
+// Works in directory (created when missing).
+ScaleResult MeasureScale(double scale, const std::string& directory, const ScaleOptions& options);
 
 }  // namespace bench

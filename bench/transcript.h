@@ -3,9 +3,9 @@
 // process's connections, with the values bound to it, how many rows it
 // gave back and how many it changed, and marks where each upgrader began
 // and ended. It is written to a file as the run goes (so that it does not
-// weigh on the run's memory) and read back to replay the run.
+// weigh on the run's memory) and read back to replay the run
+// (transcript_reader.h).
 #include <cstdint>
-#include <functional>
 #include <string>
 
 namespace bench {
@@ -14,6 +14,7 @@ namespace bench {
 // on in this process (through the engine's auto-extension hook).
 void StartRecording(const std::string& path);
 // Marks the start of an upgrader's work; an empty name marks its end.
+// Each mark flushes the file, for a reader following it as it grows.
 void MarkSection(const std::string& name);
 // Flushes and closes the transcript file.
 void StopRecording();
@@ -25,21 +26,5 @@ double RecordedHistoryUpdateSeconds();
 // The statements that fill the history's user columns: one pair per user,
 // each over the whole table. They are measured on their own.
 bool IsHistoryUserUpdate(const std::string& text);
-
-struct TranscriptStatement {
-    std::string text;      // as prepared, with parameter marks
-    std::string expanded;  // with the bound values written in; empty without marks
-    int parameters = 0;
-    uint64_t rows = 0;     // rows the run read from it
-};
-
-struct TranscriptHandler {
-    std::function<void(const TranscriptStatement&)> statement;
-    std::function<void(const std::string& name)> section;
-};
-
-// Reads a transcript back in the order the statements started. Raises
-// std::runtime_error for a file that is not a transcript.
-void ReadTranscript(const std::string& path, const TranscriptHandler& handler);
 
 }  // namespace bench

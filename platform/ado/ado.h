@@ -47,6 +47,18 @@ enum AdoErrorNumber : int32_t {
 class Provider;   // platform/ado/provider.h
 class Cursor;
 
+// A client-side recordset that has read only its first row so far and will
+// read the rest when it needs them. Its connection asks it to read them
+// before anything else changes the database, so that it still holds the
+// rows as they were when it opened.
+class DeferredRead {
+public:
+    virtual void ReadRest() = 0;
+
+protected:
+    ~DeferredRead() = default;
+};
+
 // One diagnostic record of a failed operation.
 struct Error {
     int32_t number = 0;        // the ADO-level error number
@@ -123,8 +135,15 @@ public:
     // Records the failure of a provider call in Errors and raises it.
     [[noreturn]] void RaiseProviderFailure(const std::exception& e);
 
+    // Recordsets with rows still to read, and the call that makes them read
+    // those rows before a change made by anyone but `writer`.
+    void AddDeferredRead(DeferredRead* reader);
+    void RemoveDeferredRead(DeferredRead* reader);
+    void CompleteDeferredReads(const DeferredRead* writer = nullptr);
+
 private:
     std::unique_ptr<ado::Provider> provider_;
+    std::vector<DeferredRead*> deferredReads_;
     Errors errors_;
     int32_t transactionLevel_ = 0;
 };

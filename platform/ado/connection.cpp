@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cctype>
 
 #include "platform/ado/ado.h"
@@ -82,6 +83,8 @@ void Connection::OpenWith(std::unique_ptr<ado::Provider> provider) {
 
 void Connection::Close() {
     if (!provider_) return;
+    // Client-side recordsets stay usable after their connection closes.
+    CompleteDeferredReads();
     // Closing with a transaction open discards its work, as ADO does.
     std::unique_ptr<ado::Provider> provider = std::move(provider_);
     if (transactionLevel_ > 0) {
@@ -101,6 +104,7 @@ ado::Provider& Connection::GetProvider() {
 
 void Connection::Execute(const std::string& sql, int32_t /*options: every statement runs as text*/) {
     ado::Provider& provider = GetProvider();
+    CompleteDeferredReads();
     errors_.Clear();
     CallProvider(*this, [&] { provider.Execute(sql); });
 }
@@ -109,6 +113,7 @@ int32_t Connection::BeginTrans() {
     ado::Provider& provider = GetProvider();
     // Neither engine the upgraders target nests transactions through ADO.
     if (transactionLevel_ > 0) RaiseAdo(adErrFeatureNotAvailable, kConnectionSource);
+    CompleteDeferredReads();
     CallProvider(*this, [&] { provider.BeginTrans(); });
     return ++transactionLevel_;
 }
@@ -116,6 +121,7 @@ int32_t Connection::BeginTrans() {
 void Connection::CommitTrans() {
     ado::Provider& provider = GetProvider();
     if (transactionLevel_ == 0) RaiseAdo(adErrNoTransaction, kConnectionSource);
+    CompleteDeferredReads();
     CallProvider(*this, [&] { provider.CommitTrans(); });
     --transactionLevel_;
 }
@@ -123,9 +129,23 @@ void Connection::CommitTrans() {
 void Connection::RollbackTrans() {
     ado::Provider& provider = GetProvider();
     if (transactionLevel_ == 0) RaiseAdo(adErrNoTransaction, kConnectionSource);
+    CompleteDeferredReads();
     // The transaction is over whatever the engine answers.
     --transactionLevel_;
     CallProvider(*this, [&] { provider.RollbackTrans(); });
+}
+
+void Connection::AddDeferredRead(DeferredRead* reader) { deferredReads_.push_back(reader); }
+
+void Connection::RemoveDeferredRead(DeferredRead* reader) {
+    deferredReads_.erase(std::remove(deferredReads_.begin(), deferredReads_.end(), reader), deferredReads_.end());
+}
+
+void Connection::CompleteDeferredReads(const DeferredRead* writer) {
+    // Each reader removes itself as it finishes; walk a copy.
+    std::vector<DeferredRead*> readers = deferredReads_;
+    for (DeferredRead* reader : readers)
+        if (reader != writer) reader->ReadRest();
 }
 
 void Connection::RaiseProviderFailure(const std::exception& e) {

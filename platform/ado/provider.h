@@ -69,6 +69,10 @@ public:
     virtual bool Fetch(std::vector<automation::Variant>& row, RowKey& key) = 0;
     // Runs the query again from its first row.
     virtual void Restart() = 0;
+    // Whether running the query again is cheap and gives the same rows while
+    // nothing changed them: a client-side recordset may then read its first
+    // row only and the rest when it needs them.
+    virtual bool RereadsCheaply() const { return false; }
 
     // The table that row writes go to; empty when the query is not
     // editable (several tables, computed columns, opened read-only).

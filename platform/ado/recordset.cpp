@@ -6,7 +6,15 @@
 //   MoveFirst stays put on the first row and otherwise runs the query again,
 //   as ADO lets a provider do for forward-only cursors.
 // - every other one (client-side, or server-side keyset/static/dynamic)
-//   reads all rows once when it opens and holds them in a RowStore.
+//   holds its rows in a RowStore. It reads them all when it opens, except
+//   over a cursor that reads again cheaply: then it reads the first row
+//   only, and the rest when it moves, searches, filters, counts or changes
+//   a row, or before anything else changes the database through its
+//   connection. Adding rows does not need the others, so a recordset opened
+//   on a large table only to add rows to it never holds that table. The
+//   rest is read by running the query again and leaving out the rows read
+//   or added before; since nothing else changed the database in between,
+//   the rows are those the query gave when it opened.
 //
 // Edits follow ADO's immediate update mode: setting a field starts an edit
 // of the current row, AddNew starts a new row that is current until it is
@@ -18,6 +26,7 @@
 #include <algorithm>
 #include <cctype>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "platform/ado/ado.h"
 #include "platform/ado/ado_errors.h"
@@ -57,7 +66,7 @@ Variant Stored(const Variant& v) {
 
 }  // namespace
 
-struct Recordset::Impl {
+struct Recordset::Impl : DeferredRead {
     enum class Edit { kNone, kChange, kAdd };
 
     com::ComPtr<Connection> connection;
@@ -77,6 +86,8 @@ struct Recordset::Impl {
     // count EOF).
     RowStore store;
     int32_t current = 0;
+    // Only the first row is read yet; the connection knows this recordset.
+    bool deferred = false;
 
     // The pending edit.
     Edit edit = Edit::kNone;
@@ -119,8 +130,50 @@ struct Recordset::Impl {
     void ReadAll() {
         std::vector<Variant> row;
         RowKey key = 0;
-        while (CallProvider(Conn(), [&] { return cursor->Fetch(row, key); })) store.Append(row, key);
         current = 0;
+        if (cursor->RereadsCheaply()) {
+            if (!CallProvider(Conn(), [&] { return cursor->Fetch(row, key); })) return;
+            store.Append(std::move(row), key);
+            // Ends the query, so that it holds no read open on the database.
+            CallProvider(Conn(), [&] { cursor->Restart(); });
+            deferred = true;
+            Conn().AddDeferredRead(this);
+            return;
+        }
+        while (CallProvider(Conn(), [&] { return cursor->Fetch(row, key); })) store.Append(row, key);
+    }
+
+    // Reads the rows after the first, placing them before the rows added
+    // since the recordset opened, which the query now gives as well.
+    void ReadRest() override {
+        if (!deferred) return;
+        StopDeferring();
+        std::unordered_set<RowKey> held;
+        if (updatable)
+            for (int32_t p = 0; p < store.Size(); ++p) held.insert(store.Key(p));
+        std::vector<RowStore::Row> rows;
+        std::vector<RowKey> keys;
+        std::vector<Variant> row;
+        RowKey key = 0;
+        bool first = true;
+        CallProvider(Conn(), [&] { cursor->Restart(); });
+        while (CallProvider(Conn(), [&] { return cursor->Fetch(row, key); })) {
+            bool skip = updatable ? held.count(key) > 0 : first;
+            first = false;
+            if (skip) continue;
+            rows.push_back(row);
+            keys.push_back(key);
+        }
+        auto count = static_cast<int32_t>(rows.size());
+        store.InsertAt(1, std::move(rows), std::move(keys));
+        if (current >= 1) current += count;
+        if (indexBeforeAdd >= 1) indexBeforeAdd += count;
+    }
+
+    void StopDeferring() {
+        if (!deferred) return;
+        deferred = false;
+        Conn().RemoveDeferredRead(this);
     }
 
     int PendingSlot(int column) const {
@@ -137,6 +190,9 @@ struct Recordset::Impl {
 
     void WritePending() {
         if (edit == Edit::kNone) return;
+        // Recordsets still to read must not see this row as it is now.
+        Conn().CompleteDeferredReads(this);
+        if (edit == Edit::kChange) ReadRest();
         std::vector<Variant> stored;
         for (const Variant& v : editValues) stored.push_back(Stored(v));
         if (edit == Edit::kAdd) {
@@ -154,7 +210,7 @@ struct Recordset::Impl {
 };
 
 Recordset::Recordset() : impl_(std::make_unique<Impl>()) {}
-Recordset::~Recordset() = default;
+Recordset::~Recordset() { impl_->StopDeferring(); }
 
 com::ComPtr<Recordset> NewRecordset() { return Recordset::Create(); }
 
@@ -183,6 +239,7 @@ void Recordset::Open(const std::string& source, Connection* connection, int32_t 
     Provider& provider = connection->GetProvider();
     std::unique_ptr<Cursor> cursor = CallProvider(*connection, [&] { return provider.OpenQuery(source, options); });
 
+    m.StopDeferring();
     *impl_ = Impl();
     m.connection = connection;
     m.streaming = !options.readAll;
@@ -197,6 +254,7 @@ void Recordset::Open(const std::string& source, Connection* connection, int32_t 
         else
             m.ReadAll();
     } catch (...) {
+        m.StopDeferring();
         *impl_ = Impl();
         throw;
     }
@@ -206,6 +264,7 @@ void Recordset::Close() {
     Impl& m = *impl_;
     if (!m.cursor) RaiseAdo(adErrObjectClosed, kRecordsetSource);
     if (m.edit != Impl::Edit::kNone) RaiseAdo(adErrIllegalOperation, kRecordsetSource);
+    m.StopDeferring();
     *impl_ = Impl();
     filter_.clear();
 }
@@ -223,7 +282,8 @@ bool Recordset::EOF() const {
 }
 
 int32_t Recordset::RecordCount() const {
-    const Impl& m = Impl::Opened(impl_);
+    Impl& m = Impl::Opened(impl_);
+    m.ReadRest();
     return m.streaming ? -1 : m.store.VisibleCount();
 }
 
@@ -243,6 +303,7 @@ void Recordset::MoveFirst() {
 void Recordset::MoveNext() {
     Impl& m = Impl::Opened(impl_);
     m.WritePending();
+    m.ReadRest();
     if (m.AtEof()) RaiseAdo(adErrNoCurrentRecord, kRecordsetSource);
     if (m.streaming)
         m.FetchNext();
@@ -254,6 +315,7 @@ void Recordset::MovePrevious() {
     Impl& m = Impl::Opened(impl_);
     if (m.streaming) RaiseAdo(adErrFeatureNotAvailable, kRecordsetSource);
     m.WritePending();
+    m.ReadRest();
     if (m.AtBof()) RaiseAdo(adErrNoCurrentRecord, kRecordsetSource);
     m.current = std::min(m.current, m.store.VisibleCount()) - 1;
 }
@@ -262,6 +324,7 @@ void Recordset::MoveLast() {
     Impl& m = Impl::Opened(impl_);
     if (m.streaming) RaiseAdo(adErrFeatureNotAvailable, kRecordsetSource);
     m.WritePending();
+    m.ReadRest();
     if (m.Empty()) RaiseAdo(adErrNoCurrentRecord, kRecordsetSource);
     m.current = m.store.VisibleCount() - 1;
 }
@@ -346,6 +409,7 @@ void Recordset::Find(const std::string& text, int32_t skipRecords, int32_t searc
     criteria::Criteria c = criteria::Criteria::Parse(text, true);
     c.Bind([&](const std::string& name) { return m.ColumnIndexOf(name); });
     m.WritePending();
+    m.ReadRest();
 
     if (m.streaming) {
         // A stream can only search onwards from where it stands.
@@ -364,6 +428,7 @@ void Recordset::Find(const std::string& text, int32_t skipRecords, int32_t searc
 void Recordset::SetFilter(const std::string& text) {
     Impl& m = Impl::Opened(impl_);
     if (m.streaming) RaiseAdo(adErrFeatureNotAvailable, kRecordsetSource);
+    m.ReadRest();
     if (text.empty()) {
         m.WritePending();
         m.store.ClearFilter();

@@ -40,6 +40,18 @@ int32_t RowStore::Append(Row row, RowKey key) {
     return position;
 }
 
+void RowStore::InsertAt(int32_t position, std::vector<Row> rows, std::vector<RowKey> keys) {
+    if (rows.empty()) return;
+    auto count = static_cast<int32_t>(rows.size());
+    rows_.insert(rows_.begin() + position, std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
+    keys_.insert(keys_.begin() + position, keys.begin(), keys.end());
+    if (view_)
+        for (int32_t& visible : *view_)
+            if (visible >= position) visible += count;
+    // The indexes hold positions; they are built again when next needed.
+    indexes_.clear();
+}
+
 void RowStore::Write(int32_t position, const std::vector<int>& columns, const std::vector<automation::Variant>& values) {
     Row& row = rows_[static_cast<size_t>(position)];
     for (size_t i = 0; i < columns.size(); ++i) {

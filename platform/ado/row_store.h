@@ -25,6 +25,10 @@ public:
     // Adds a row at the end; it is visible even under a filter it does not
     // satisfy (until the filter is set again). Returns its position.
     int32_t Append(Row row, RowKey key);
+    // Puts rows in at a position, moving the rows from there on up. Rows put
+    // in under a filter stay hidden until the filter is set again.
+    void InsertAt(int32_t position, std::vector<Row> rows, std::vector<RowKey> keys);
+    int32_t Size() const { return static_cast<int32_t>(rows_.size()); }
     const Row& At(int32_t position) const { return rows_[static_cast<size_t>(position)]; }
     RowKey Key(int32_t position) const { return keys_[static_cast<size_t>(position)]; }
     // Stores written values and keeps the indexes current.

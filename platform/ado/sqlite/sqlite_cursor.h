@@ -19,6 +19,7 @@ public:
     const std::vector<std::string>& Columns() const override { return columns_; }
     bool Fetch(std::vector<automation::Variant>& row, RowKey& key) override;
     void Restart() override;
+    bool RereadsCheaply() const override { return true; }
     const std::string& BaseTable() const override { return baseTable_; }
     RowKey InsertRow(const std::vector<int>& columns, const std::vector<automation::Variant>& values) override;
     void UpdateRow(RowKey key, const std::vector<automation::Variant>& original, const std::vector<int>& columns,
