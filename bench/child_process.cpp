@@ -1,5 +1,6 @@
 #include "bench/child_process.h"
 
+#include <malloc.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -21,6 +22,18 @@ void WriteAll(int fd, const std::string& text) {
     }
 }
 
+// Every child allocates with the same fixed settings. By default the C
+// library lets a process's history decide whether a large block is mapped
+// and unmapped again on each use (its threshold rises once such a block is
+// freed); the engine's automatic indices, built for every query over an
+// unindexed join, then cost a third more in whichever process had not yet
+// freed a large block, and a floor replayed in a fresh process came out
+// slower than the run it replays.
+void FixAllocatorSettings() {
+    mallopt(M_MMAP_THRESHOLD, 64 << 20);
+    mallopt(M_TRIM_THRESHOLD, 256 << 20);
+}
+
 }  // namespace
 
 StartedChild StartChild(const std::function<std::string()>& work) {
@@ -40,6 +53,7 @@ StartedChild StartChild(const std::function<std::string()>& work) {
     }
     if (pid == 0) {
         ::close(fds[0]);
+        FixAllocatorSettings();
         std::string answer;
         try {
             answer = "+" + work();

@@ -34,6 +34,11 @@ void Bind(sqlite3_stmt* s, const std::vector<BoundValue>& values) {
     }
 }
 
+// Replays each statement as the run ran it: stepped as far as the run
+// read when it starts, and left open until the point where the run ended
+// it. A statement left open keeps the writes made meanwhile in one
+// transaction, as it did in the run (the engine commits an implicit
+// transaction when its last open statement ends).
 class Replayer {
 public:
     explicit Replayer(const std::string& dbPath) {
@@ -42,7 +47,9 @@ public:
         Enter(kBetweenUpgraders);
     }
     ~Replayer() {
-        for (auto& entry : prepared_) sqlite3_finalize(entry.second);
+        for (auto& entry : open_) sqlite3_finalize(entry.second.statement);
+        for (auto& entry : idle_)
+            for (sqlite3_stmt* statement : entry.second) sqlite3_finalize(statement);
         sqlite3_close_v2(db_);
     }
     Replayer(const Replayer&) = delete;
@@ -69,60 +76,102 @@ public:
             values = std::move(*read);
         }
         auto start = Clock::now();
-        bool ok = s.parameters > 0 ? RunPrepared(s, values) : RunOnce(s);
-        double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+        bool ok = Start(s, values);
+        Count(s.text, std::chrono::duration<double>(Clock::now() - start).count());
         FloorSection& section = figures_.sections[current_];
-        section.seconds += seconds;
-        if (IsHistoryUserUpdate(s.text)) section.historyUpdateSeconds += seconds;
         ++section.statements;
-        figures_.seconds += seconds;
         ++figures_.statements;
         if (!ok) ++figures_.failures;
     }
 
-    FloorFigures Figures() const { return figures_; }
+    // The run ended the statement here: one more step (the run's last
+    // fetch, which found the end when it read everything), then the reset.
+    void Ended(uint64_t id) {
+        auto found = open_.find(id);
+        if (found == open_.end()) return;
+        auto start = Clock::now();
+        sqlite3_step(found->second.statement);
+        std::string text = found->second.text;
+        Release(found);
+        Count(text, std::chrono::duration<double>(Clock::now() - start).count());
+    }
+
+    // Statements the run never ended are ended with the run.
+    FloorFigures Finish() {
+        while (!open_.empty()) Ended(open_.begin()->first);
+        return figures_;
+    }
 
 private:
-    // Steps as far as the run read: its rows, then one more step that
-    // ends the statement when the run read to the end.
-    bool Step(sqlite3_stmt* s, uint64_t rows) {
-        for (uint64_t i = 0; i <= rows; ++i) {
-            int rc = sqlite3_step(s);
+    struct OpenStatement {
+        sqlite3_stmt* statement;
+        std::string text;
+        bool kept;  // prepared once for every use of its text
+    };
+
+    void Count(const std::string& text, double seconds) {
+        FloorSection& section = figures_.sections[current_];
+        section.seconds += seconds;
+        if (IsHistoryUserUpdate(text)) section.historyUpdateSeconds += seconds;
+        figures_.seconds += seconds;
+    }
+
+    // A prepared statement for the text that is not open. Statements with
+    // values bound are kept for the next use, as the run's recordsets keep
+    // their row writes; the others are prepared each time, as the run
+    // prepares each command it executes.
+    sqlite3_stmt* Take(const std::string& text, bool kept) {
+        std::vector<sqlite3_stmt*>& idle = idle_[text];
+        if (kept && !idle.empty()) {
+            sqlite3_stmt* statement = idle.back();
+            idle.pop_back();
+            return statement;
+        }
+        sqlite3_stmt* statement = nullptr;
+        if (sqlite3_prepare_v2(db_, text.c_str(), static_cast<int>(text.size()), &statement, nullptr) != SQLITE_OK) {
+            sqlite3_finalize(statement);
+            return nullptr;
+        }
+        return statement;
+    }
+
+    void Release(std::unordered_map<uint64_t, OpenStatement>::iterator open) {
+        sqlite3_stmt* statement = open->second.statement;
+        if (open->second.kept) {
+            sqlite3_reset(statement);
+            sqlite3_clear_bindings(statement);
+            idle_[open->second.text].push_back(statement);
+        } else {
+            sqlite3_finalize(statement);
+        }
+        open_.erase(open);
+    }
+
+    // Steps as far as the run read; a statement that has not come to its
+    // end stays open until the run's end of it.
+    bool Start(const TranscriptStatement& s, const std::vector<BoundValue>& values) {
+        bool kept = s.parameters > 0;
+        sqlite3_stmt* statement = Take(s.text, kept);
+        if (!statement) return false;
+        Bind(statement, values);
+        auto open = open_.emplace(s.id, OpenStatement{statement, s.text, kept}).first;
+        for (uint64_t i = 0; i < s.rows; ++i) {
+            int rc = sqlite3_step(statement);
             if (rc == SQLITE_DONE) return true;
-            if (rc != SQLITE_ROW) return false;
-            int columns = sqlite3_column_count(s);
+            if (rc != SQLITE_ROW) {
+                Release(open);
+                return false;
+            }
+            int columns = sqlite3_column_count(statement);
             for (int c = 0; c < columns; ++c)
-                if (sqlite3_column_type(s, c) == SQLITE_TEXT) sqlite3_column_bytes(s, c);
+                if (sqlite3_column_type(statement, c) == SQLITE_TEXT) sqlite3_column_bytes(statement, c);
         }
         return true;
     }
 
-    bool RunPrepared(const TranscriptStatement& s, const std::vector<BoundValue>& values) {
-        sqlite3_stmt*& prepared = prepared_[s.text];
-        if (!prepared && sqlite3_prepare_v2(db_, s.text.c_str(), static_cast<int>(s.text.size()), &prepared,
-                                            nullptr) != SQLITE_OK)
-            return false;
-        Bind(prepared, values);
-        bool ok = Step(prepared, s.rows);
-        sqlite3_reset(prepared);
-        sqlite3_clear_bindings(prepared);
-        return ok;
-    }
-
-    bool RunOnce(const TranscriptStatement& s) {
-        sqlite3_stmt* statement = nullptr;
-        if (sqlite3_prepare_v2(db_, s.text.c_str(), static_cast<int>(s.text.size()), &statement, nullptr) !=
-            SQLITE_OK) {
-            sqlite3_finalize(statement);
-            return false;
-        }
-        bool ok = Step(statement, s.rows);
-        sqlite3_finalize(statement);
-        return ok;
-    }
-
     sqlite3* db_ = nullptr;
-    std::unordered_map<std::string, sqlite3_stmt*> prepared_;
+    std::unordered_map<uint64_t, OpenStatement> open_;
+    std::unordered_map<std::string, std::vector<sqlite3_stmt*>> idle_;
     std::map<std::string, size_t> sectionIndex_;
     size_t current_ = 0;
     FloorFigures figures_;
@@ -135,9 +184,10 @@ FloorFigures ReplayFloor(const std::string& transcriptPath, const std::string& d
     Replayer replayer(dbPath);
     FollowTranscript(transcriptPath,
                      {[&](const TranscriptStatement& s) { replayer.Replay(s); },
-                      [&](const std::string& name) { replayer.Enter(name); }},
+                      [&](const std::string& name) { replayer.Enter(name); },
+                      [&](uint64_t id) { replayer.Ended(id); }},
                      runFinished);
-    return replayer.Figures();
+    return replayer.Finish();
 }
 
 }  // namespace bench

@@ -53,12 +53,14 @@ void FollowTranscript(const std::string& path, const TranscriptHandler& handler,
             if (ended != endedRows.end() || drained) {
                 uint64_t rows = ended != endedRows.end() ? ended->second : 0;
                 if (ended != endedRows.end()) endedRows.erase(ended);
-                handler.statement({std::move(held->text), std::move(held->expanded), held->parameters, rows});
+                handler.statement(
+                    {std::move(held->text), std::move(held->expanded), held->parameters, rows, held->id});
                 held.reset();
                 continue;
             }
         }
-        if (held && held->kind == kRowsRecord) {  // already taken by `ahead`
+        if (held && held->kind == kRowsRecord) {  // its count was taken by `ahead`
+            if (handler.ended) handler.ended(held->id);
             held.reset();
             continue;
         }

@@ -13,11 +13,16 @@ struct TranscriptStatement {
     std::string expanded;  // with the bound values written in; empty without marks
     int parameters = 0;
     uint64_t rows = 0;     // rows the run read from it; 0 when it never ended
+    uint64_t id = 0;       // numbers the statements in the order they started
 };
 
 struct TranscriptHandler {
     std::function<void(const TranscriptStatement&)> statement;
     std::function<void(const std::string& name)> section;
+    // Where the statement ended (reset or finished) among the others: a
+    // statement that stays open keeps the run's writes in one transaction.
+    // Optional.
+    std::function<void(uint64_t id)> ended;
 };
 
 // Reads a complete transcript. Raises std::runtime_error for a file that

@@ -49,7 +49,8 @@ std::vector<std::string> HandedOn(const std::function<void(const TranscriptHandl
     read({[&](const TranscriptStatement& s) {
               seen.push_back(s.text + " | " + s.expanded + " | " + std::to_string(s.rows));
           },
-          [&](const std::string& name) { seen.push_back("section " + name); }});
+          [&](const std::string& name) { seen.push_back("section " + name); },
+          [&](uint64_t id) { seen.push_back("ended " + std::to_string(id)); }});
     return seen;
 }
 
@@ -95,10 +96,14 @@ TEST_F(TranscriptFollowing, GivesWhatTheFinishedFileGivesWhileWrittenInPieces) {
     EXPECT_EQ(followed, HandedOn([&](const TranscriptHandler& handler) { ReadTranscript(path_, handler); }));
     const std::vector<std::string> expected = {
         "SELECT 1 |  | 1",
+        "ended 0",
         "section Upgrader",
         "SELECT A FROM T WHERE A > ? | SELECT A FROM T WHERE A > 0 | 5",
         "INSERT INTO T VALUES (?) | INSERT INTO T VALUES ('x') | 0",
+        "ended 2",
         "SELECT A FROM T |  | 2",
+        "ended 3",
+        "ended 1",
         "section ",
         "SELECT COUNT(*) FROM T |  | 0",
     };
@@ -117,7 +122,7 @@ TEST_F(TranscriptFollowing, RefusesAFinishedFileThatIsNotAWholeTranscript) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         WriteWhole(c.bytes);
-        EXPECT_THROW(FollowTranscript(path_, {[](const TranscriptStatement&) {}, [](const std::string&) {}},
+        EXPECT_THROW(FollowTranscript(path_, {[](const TranscriptStatement&) {}, [](const std::string&) {}, {}},
                                       [] { return true; }),
                      std::runtime_error);
     }
