@@ -47,10 +47,7 @@ public:
         Enter(kBetweenUpgraders);
     }
     ~Replayer() {
-        for (auto& entry : open_) sqlite3_finalize(entry.second.statement);
-        for (auto& entry : idle_)
-            for (sqlite3_stmt* statement : entry.second) sqlite3_finalize(statement);
-        sqlite3_close_v2(db_);
+        if (db_) Close();
     }
     Replayer(const Replayer&) = delete;
     Replayer& operator=(const Replayer&) = delete;
@@ -96,9 +93,16 @@ public:
         Count(text, std::chrono::duration<double>(Clock::now() - start).count());
     }
 
-    // Statements the run never ended are ended with the run.
+    // Statements the run never ended are ended with the run. Closing the
+    // database writes what its log holds back into the file, as closing
+    // the run's connection did at the end of the run; it counts as the
+    // host's time between upgraders.
     FloorFigures Finish() {
         while (!open_.empty()) Ended(open_.begin()->first);
+        Enter(kBetweenUpgraders);
+        auto start = Clock::now();
+        Close();
+        Count("", std::chrono::duration<double>(Clock::now() - start).count());
         return figures_;
     }
 
@@ -108,6 +112,16 @@ private:
         std::string text;
         bool kept;  // prepared once for every use of its text
     };
+
+    void Close() {
+        for (auto& entry : open_) sqlite3_finalize(entry.second.statement);
+        open_.clear();
+        for (auto& entry : idle_)
+            for (sqlite3_stmt* statement : entry.second) sqlite3_finalize(statement);
+        idle_.clear();
+        sqlite3_close_v2(db_);
+        db_ = nullptr;
+    }
 
     void Count(const std::string& text, double seconds) {
         FloorSection& section = figures_.sections[current_];
