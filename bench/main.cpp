@@ -54,6 +54,13 @@ int main(int argc, char** argv) {
 
     bench::PrintMachine(stdout);
     std::vector<bench::ScaleResult> results;
+    // A large scale's floor takes as long as its run: what the run alone
+    // tells (times, memory, growth) is printed as soon as it is known.
+    options.runMeasured = [&](const bench::ScaleResult& result) {
+        bench::PrintRunEnded(stdout, result);
+        if (!results.empty() && results.front().error.empty()) bench::PrintGrowth(stdout, results.front(), result);
+        std::fflush(stdout);
+    };
     bool failed = false;
     for (double scale : scales) {
         results.push_back(bench::MeasureScale(scale, directory + "/scale-" + ScaleText(scale), options));

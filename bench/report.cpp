@@ -112,6 +112,21 @@ void PrintScale(std::FILE* out, const ScaleResult& r) {
                           "disk and caches\n");
 }
 
+void PrintRunEnded(std::FILE* out, const ScaleResult& r) {
+    std::fprintf(out, "\n-- Scale %g: the run has ended; its floor follows\n", r.scale);
+    std::fprintf(out, "%-30s %10s %11s %12s %9s\n", "Upgrader", "run s", "rows", "rows/s", "peak MiB");
+    auto line = [&](const std::string& name, double seconds, long long rows, double peakMiB) {
+        std::fprintf(out, "%-30s %10.3f %11lld %12.0f %9.1f\n", name.c_str(), seconds, rows,
+                     seconds > 0 ? static_cast<double>(rows) / seconds : 0.0, peakMiB);
+    };
+    for (const UpgraderFigures& u : r.run.upgraders) {
+        line(u.className + (u.succeeded ? "" : " (failed)"), u.seconds, u.rowsChanged, MiB(u.peakKiB));
+        if (u.historyUpdateSeconds > 0) line(kUpdateHistoryLine, u.historyUpdateSeconds, 0, 0);
+    }
+    line(r.run.succeeded ? "Whole run" : "Whole run (with failures)", r.run.seconds, r.run.rowsChanged,
+         MiB(r.runPeakKiB));
+}
+
 void PrintGrowth(std::FILE* out, const ScaleResult& first, const ScaleResult& last) {
     double dataFactor = last.scale / first.scale;
     std::fprintf(out, "\n== Growth from scale %g to scale %g (data x%g; target: time at most x%g where the statements "
@@ -135,8 +150,10 @@ void PrintGrowth(std::FILE* out, const ScaleResult& first, const ScaleResult& la
         }
     }
     GrowthRow(out, "Whole run", first.run.seconds, last.run.seconds, dataFactor, "includes the quadratic steps");
-    std::fprintf(out, "Whole run / floor at scale %g: %.2f (target <= 1.25); peak memory %.1f MiB (target < 512)\n",
-                 last.scale, Ratio(last.run.seconds, last.floor.seconds), MiB(last.runPeakKiB));
+    if (last.floor.seconds > 0)
+        std::fprintf(out, "Whole run / floor at scale %g: %.2f (target <= 1.25); ", last.scale,
+                     Ratio(last.run.seconds, last.floor.seconds));
+    std::fprintf(out, "peak memory at scale %g: %.1f MiB (target < 512)\n", last.scale, MiB(last.runPeakKiB));
 }
 
 }  // namespace bench

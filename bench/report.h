@@ -11,6 +11,8 @@ namespace bench {
 void PrintMachine(std::FILE* out);
 // One scale: every upgrader against its floor, and the whole run.
 void PrintScale(std::FILE* out, const ScaleResult& result);
+// One scale's run as soon as it has ended, before its floor.
+void PrintRunEnded(std::FILE* out, const ScaleResult& result);
 // How each upgrader's time grows from the first scale to the last.
 void PrintGrowth(std::FILE* out, const ScaleResult& first, const ScaleResult& last);
 

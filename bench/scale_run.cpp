@@ -22,7 +22,8 @@ struct RunAndFloor {
 // alongside, the run's end is told to the floor's child by a marker file,
 // made once the run's child has exited and so has closed the transcript.
 RunAndFloor MeasureRunAndFloor(const std::string& run, const std::string& floor, const std::string& transcript,
-                               const std::string& log, bool alongside) {
+                               const std::string& log, bool alongside,
+                               const std::function<void(const ChildOutcome&)>& runEnded) {
     auto measureRun = [&] { return EncodeRun(MeasureRun(run, transcript, log)); };
     auto replayFloor = [&](const std::function<bool()>& runFinished) {
         return EncodeFloor(ReplayFloor(transcript, floor, runFinished));
@@ -30,6 +31,7 @@ RunAndFloor MeasureRunAndFloor(const std::string& run, const std::string& floor,
     RunAndFloor outcome;
     if (!alongside) {
         outcome.run = RunInChild(measureRun);
+        runEnded(outcome.run);
         if (outcome.run.error.empty()) outcome.floor = RunInChild([&] { return replayFloor([] { return true; }); });
         return outcome;
     }
@@ -69,13 +71,18 @@ ScaleResult MeasureScale(double scale, const std::string& directory, const Scale
     fs::copy_file(start, run);
     fs::copy_file(start, floor);
 
-    RunAndFloor measured = MeasureRunAndFloor(run, floor, transcript, log, options.alongside);
+    auto takeRun = [&](const ChildOutcome& child) {
+        if (!child.error.empty()) return;
+        result.run = DecodeRun(child.output);
+        result.runPeakKiB = child.peakKiB;
+        if (!options.alongside && options.runMeasured) options.runMeasured(result);
+    };
+    RunAndFloor measured = MeasureRunAndFloor(run, floor, transcript, log, options.alongside, takeRun);
     if (!measured.run.error.empty()) {
         result.error = "run: " + measured.run.error;
         return result;
     }
-    result.run = DecodeRun(measured.run.output);
-    result.runPeakKiB = measured.run.peakKiB;
+    if (options.alongside) takeRun(measured.run);
     if (!measured.floor.error.empty()) {
         result.error = "floor: " + measured.floor.error;
         return result;

@@ -1,6 +1,7 @@
 #pragma once
 // Everything measured at one scale: the sample's creation, the run and
 // its floor, each in a child process of its own.
+#include <functional>
 #include <string>
 
 #include "bench/floor_replay.h"
@@ -23,6 +24,9 @@ struct ScaleResult {
 struct ScaleOptions {
     bool keep = false;       // leave the working files in place
     bool alongside = false;  // replay the floor while the run goes on, rather than after it
+    // Told the run's figures as soon as the run has ended, before its floor
+    // (which takes as long again) when the floor is replayed after it.
+    std::function<void(const ScaleResult&)> runMeasured;
 };
 
 // Works in directory (created when missing).
