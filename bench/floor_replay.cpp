@@ -17,6 +17,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+// The engine copies texts and blobs, as the run's provider has it do: a
+// statement stays open after the values are gone, until the run's end of it.
 void Bind(sqlite3_stmt* s, const std::vector<BoundValue>& values) {
     for (size_t i = 0; i < values.size(); ++i) {
         int parameter = static_cast<int>(i) + 1;
@@ -26,9 +28,9 @@ void Bind(sqlite3_stmt* s, const std::vector<BoundValue>& values) {
         else if (const auto* d = std::get_if<double>(&v))
             sqlite3_bind_double(s, parameter, *d);
         else if (const auto* t = std::get_if<std::string>(&v))
-            sqlite3_bind_text(s, parameter, t->data(), static_cast<int>(t->size()), SQLITE_STATIC);
+            sqlite3_bind_text(s, parameter, t->data(), static_cast<int>(t->size()), SQLITE_TRANSIENT);
         else if (const auto* b = std::get_if<Blob>(&v))
-            sqlite3_bind_blob(s, parameter, b->bytes.data(), static_cast<int>(b->bytes.size()), SQLITE_STATIC);
+            sqlite3_bind_blob(s, parameter, b->bytes.data(), static_cast<int>(b->bytes.size()), SQLITE_TRANSIENT);
         else
             sqlite3_bind_null(s, parameter);
     }
@@ -41,7 +43,7 @@ void Bind(sqlite3_stmt* s, const std::vector<BoundValue>& values) {
 // transaction when its last open statement ends).
 class Replayer {
 public:
-    explicit Replayer(const std::string& dbPath) {
+    Replayer(const std::string& dbPath, bool skipHistoryUpdates) : skipHistoryUpdates_(skipHistoryUpdates) {
         if (sqlite3_open_v2(dbPath.c_str(), &db_, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
             throw std::runtime_error(dbPath + ": cannot be opened");
         Enter(kBetweenUpgraders);
@@ -63,6 +65,10 @@ public:
     }
 
     void Replay(const TranscriptStatement& s) {
+        if (skipHistoryUpdates_ && IsPerUserHistoryUpdate(s.text)) {
+            ++figures_.skipped;
+            return;
+        }
         std::vector<BoundValue> values;
         if (s.parameters > 0) {
             std::optional<std::vector<BoundValue>> read = ExtractBoundValues(s.text, s.expanded);
@@ -183,6 +189,7 @@ private:
         return true;
     }
 
+    bool skipHistoryUpdates_;
     sqlite3* db_ = nullptr;
     std::unordered_map<uint64_t, OpenStatement> open_;
     std::unordered_map<std::string, std::vector<sqlite3_stmt*>> idle_;
@@ -194,8 +201,8 @@ private:
 }  // namespace
 
 FloorFigures ReplayFloor(const std::string& transcriptPath, const std::string& dbPath,
-                         const std::function<bool()>& runFinished) {
-    Replayer replayer(dbPath);
+                         const std::function<bool()>& runFinished, bool skipHistoryUpdates) {
+    Replayer replayer(dbPath, skipHistoryUpdates);
     FollowTranscript(transcriptPath,
                      {[&](const TranscriptStatement& s) { replayer.Replay(s); },
                       [&](const std::string& name) { replayer.Enter(name); },

@@ -28,6 +28,23 @@ std::string ScaleText(double scale) {
     return text;
 }
 
+// Replays the floor of a kept scale again, from its starting database and
+// transcript, into a new copy, and prints it.
+int ReplayKept(const std::string& scaleDirectory, bool skipHistoryUpdates) {
+    namespace fs = std::filesystem;
+    const std::string copy = scaleDirectory + "/floor-again.db";
+    for (const std::string& path : {copy, copy + "-wal", copy + "-shm"}) fs::remove(path);
+    try {
+        fs::copy_file(scaleDirectory + "/start.db", copy);
+        bench::PrintFloorAgain(stdout, bench::ReplayFloor(scaleDirectory + "/transcript.bin", copy,
+                                                          [] { return true; }, skipHistoryUpdates));
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "kdvq-bench: %s\n", e.what());
+        return 2;
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -45,7 +62,14 @@ int main(int argc, char** argv) {
                  "Replay the floor while the run goes on, following its transcript, rather than after it "
                  "(about half the time on two processors; the two share the machine)");
     app.add_option("--dir", directory, "Where to work (default: a new directory under $TMPDIR or /tmp)");
+    std::string replay;
+    bool skipHistoryUpdates = false;
+    app.add_option("--replay", replay,
+                   "Only replay the floor of a scale kept by --keep (its folder, e.g. DIR/scale-10) again");
+    app.add_flag("--skip-history-updates", skipHistoryUpdates,
+                 "With --replay: leave out the history's per-user UPDATEs (they change no row of the sample)");
     CLI11_PARSE(app, argc, argv);
+    if (!replay.empty()) return ReplayKept(replay, skipHistoryUpdates);
     if (quick) scales = {0.1, 1};
 
     // The upgrader classes are registered in a registry of the benchmark's

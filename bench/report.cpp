@@ -127,6 +127,19 @@ void PrintRunEnded(std::FILE* out, const ScaleResult& r) {
          MiB(r.runPeakKiB));
 }
 
+void PrintFloorAgain(std::FILE* out, const FloorFigures& floor) {
+    std::fprintf(out, "%-30s %10s %11s\n", "Section", "floor s", "statements");
+    for (const FloorSection& s : floor.sections)
+        std::fprintf(out, "%-30s %10.3f %11llu\n", s.name.c_str(), s.seconds,
+                     static_cast<unsigned long long>(s.statements));
+    std::fprintf(out, "%-30s %10.3f %11llu\n", "Whole floor", floor.seconds,
+                 static_cast<unsigned long long>(floor.statements));
+    std::fprintf(out, "%llu refused by the engine as in the run, %llu not replayable, %llu history per-user UPDATEs "
+                      "left out\n",
+                 static_cast<unsigned long long>(floor.failures), static_cast<unsigned long long>(floor.unreadable),
+                 static_cast<unsigned long long>(floor.skipped));
+}
+
 void PrintGrowth(std::FILE* out, const ScaleResult& first, const ScaleResult& last) {
     double dataFactor = last.scale / first.scale;
     std::fprintf(out, "\n== Growth from scale %g to scale %g (data x%g; target: time at most x%g where the statements "

@@ -132,4 +132,11 @@ bool IsHistoryUserUpdate(const std::string& text) {
     return text.compare(0, kStart.size(), kStart) == 0;
 }
 
+bool IsPerUserHistoryUpdate(const std::string& text) {
+    auto endsWith = [&](const std::string& tail) {
+        return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
+    };
+    return IsHistoryUserUpdate(text) && (endsWith(" AND USER_NAME Is Null") || endsWith(" AND USER_ID Is Null"));
+}
+
 }  // namespace bench

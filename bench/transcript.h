@@ -26,5 +26,8 @@ double RecordedHistoryUpdateSeconds();
 // The statements that fill the history's user columns: one pair per user,
 // each over the whole table. They are measured on their own.
 bool IsHistoryUserUpdate(const std::string& text);
+// Of those, the pair run for each user (not the last one, which gives the
+// rows still without a user to the first user).
+bool IsPerUserHistoryUpdate(const std::string& text);
 
 }  // namespace bench
