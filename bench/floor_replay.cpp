@@ -141,11 +141,13 @@ private:
     // their row writes; the others are prepared each time, as the run
     // prepares each command it executes.
     sqlite3_stmt* Take(const std::string& text, bool kept) {
-        std::vector<sqlite3_stmt*>& idle = idle_[text];
-        if (kept && !idle.empty()) {
-            sqlite3_stmt* statement = idle.back();
-            idle.pop_back();
-            return statement;
+        if (kept) {
+            std::vector<sqlite3_stmt*>& idle = idle_[text];
+            if (!idle.empty()) {
+                sqlite3_stmt* statement = idle.back();
+                idle.pop_back();
+                return statement;
+            }
         }
         sqlite3_stmt* statement = nullptr;
         if (sqlite3_prepare_v2(db_, text.c_str(), static_cast<int>(text.size()), &statement, nullptr) != SQLITE_OK) {

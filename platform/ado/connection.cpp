@@ -142,10 +142,15 @@ void Connection::RemoveDeferredRead(DeferredRead* reader) {
 }
 
 void Connection::CompleteDeferredReads(const DeferredRead* writer) {
-    // Each reader removes itself as it finishes; walk a copy.
-    std::vector<DeferredRead*> readers = deferredReads_;
-    for (DeferredRead* reader : readers)
-        if (reader != writer) reader->ReadRest();
+    // Each reader removes itself before it reads, so the first reader other
+    // than the writer is always a new one; nothing is copied on the row
+    // writes of a recordset that is the only one still to read.
+    for (;;) {
+        auto other = std::find_if(deferredReads_.begin(), deferredReads_.end(),
+                                  [&](const DeferredRead* reader) { return reader != writer; });
+        if (other == deferredReads_.end()) return;
+        (*other)->ReadRest();
+    }
 }
 
 void Connection::RaiseProviderFailure(const std::exception& e) {
