@@ -98,8 +98,8 @@ std::vector<bool> FoundThroughIndex(const Clause& clause, const std::vector<Vari
     for (const Variant& v : values) rows.push_back({v});
     ado::ColumnIndex index(rows, 0, KeysAsDate(clause.value.kind));
     std::vector<bool> found(values.size(), false);
-    for (const MatchKey& key : LiteralKeys(clause.value))
-        if (const std::vector<int32_t>* positions = index.Find(key))
+    for (const MatchKey& key : clause.keys)
+        if (const ado::PositionList* positions = index.Find(key))
             for (int32_t p : *positions) found[static_cast<size_t>(p)] = true;
     return found;
 }

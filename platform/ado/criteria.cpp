@@ -100,6 +100,7 @@ private:
         clause.column = ParseColumn();
         clause.op = ParseOp();
         clause.value = ParseValue();
+        clause.keys = LiteralKeys(clause.value);
         if (clause.value.kind == LiteralKind::kNull && clause.op != Op::kEqual && clause.op != Op::kNotEqual)
             Bad();
         clauses_.push_back(std::move(clause));
@@ -263,12 +264,6 @@ void Criteria::Bind(const std::function<int(const std::string&)>& lookup) {
 
 bool Criteria::Matches(const std::vector<Variant>& row) const { return NodeMatches(root_, clauses_, row); }
 
-size_t MatchKeyHash::operator()(const MatchKey& key) const noexcept {
-    if (const double* d = std::get_if<double>(&key)) return std::hash<double>()(*d);
-    if (const std::string* s = std::get_if<std::string>(&key)) return std::hash<std::string>()(*s) ^ 0x9e3779b9u;
-    return 0;
-}
-
 MatchKey FieldKey(const Variant& value, LiteralKind kind) {
     switch (value.Type()) {
         case automation::vtInteger:
@@ -319,7 +314,7 @@ bool ClauseMatches(const Clause& clause, const Variant& value) {
     }
     MatchKey field = FieldKey(value, clause.value.kind);
     if (std::holds_alternative<std::monostate>(field)) return false;
-    for (const MatchKey& key : LiteralKeys(clause.value)) {
+    for (const MatchKey& key : clause.keys) {
         if (key.index() != field.index()) continue;
         int comparison = 0;
         if (const double* d = std::get_if<double>(&field)) {

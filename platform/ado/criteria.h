@@ -21,6 +21,11 @@
 
 namespace ado::criteria {
 
+// ---- match keys --------------------------------------------------------------
+// A value as comparisons see it: nothing (Null, objects), a number, or text
+// folded to lower case.
+using MatchKey = std::variant<std::monostate, double, std::string>;
+
 enum class Op { kEqual, kNotEqual, kLess, kGreater, kLessEqual, kGreaterEqual, kLike };
 enum class LiteralKind { kNumber, kText, kDate, kNull };
 
@@ -35,6 +40,7 @@ struct Clause {
     int columnIndex = -1;  // set by Criteria::Bind
     Op op = Op::kEqual;
     Literal value;
+    std::vector<MatchKey> keys;  // the keys the value can equal (LiteralKeys), worked out once
 };
 
 // The expression tree: a clause, or an AND / OR of sub-expressions.
@@ -62,15 +68,6 @@ public:
 private:
     std::vector<Clause> clauses_;
     Node root_;
-};
-
-// ---- match keys --------------------------------------------------------------
-// A value as comparisons see it: nothing (Null, objects), a number, or text
-// folded to lower case.
-using MatchKey = std::variant<std::monostate, double, std::string>;
-
-struct MatchKeyHash {
-    size_t operator()(const MatchKey& key) const noexcept;
 };
 
 // The key of a field value when compared with a literal of this kind. Only

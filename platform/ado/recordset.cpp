@@ -25,7 +25,6 @@
 // does; CancelUpdate discards it.
 #include <algorithm>
 #include <cctype>
-#include <unordered_map>
 #include <unordered_set>
 
 #include "platform/ado/ado.h"
@@ -49,9 +48,12 @@ const char* const kNotUpdatable =
     "Current Recordset does not support updating. This may be a limitation of the provider, or of the selected "
     "locktype.";
 
-std::string Lower(std::string s) {
-    for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return s;
+bool SameNameIgnoringCase(const std::string& a, const std::string& b) {
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i)
+        if (a[i] != b[i] && std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
+            return false;
+    return true;
 }
 
 // The value a row holds after a write: what reading it back would give.
@@ -72,7 +74,6 @@ struct Recordset::Impl : DeferredRead {
     com::ComPtr<Connection> connection;
     std::unique_ptr<Cursor> cursor;
     std::vector<std::string> columns;
-    std::unordered_map<std::string, int> columnByName;  // lower-case name -> index
     bool streaming = false;
     bool updatable = false;
 
@@ -102,9 +103,14 @@ struct Recordset::Impl : DeferredRead {
     }
 
     Connection& Conn() { return *connection; }
+    // The first column of that name, whatever its case. Fields are looked up
+    // by name for every value read or written, and a recordset has few
+    // columns: a scan that compares lengths first costs less than folding
+    // the name and hashing it.
     int ColumnIndexOf(const std::string& name) const {
-        auto found = columnByName.find(Lower(name));
-        return found == columnByName.end() ? -1 : found->second;
+        for (size_t i = 0; i < columns.size(); ++i)
+            if (SameNameIgnoringCase(columns[i], name)) return static_cast<int>(i);
+        return -1;
     }
     bool Empty() const { return streaming ? (fetched == 0 && streamEof) : store.VisibleCount() == 0; }
     bool AtBof() const { return streaming ? Empty() : (store.VisibleCount() == 0 || current < 0); }
@@ -245,7 +251,6 @@ void Recordset::Open(const std::string& source, Connection* connection, int32_t 
     m.streaming = !options.readAll;
     m.updatable = options.editable && !cursor->BaseTable().empty();
     m.columns = cursor->Columns();
-    for (size_t i = 0; i < m.columns.size(); ++i) m.columnByName.emplace(Lower(m.columns[i]), static_cast<int>(i));
     m.cursor = std::move(cursor);
     filter_.clear();
     try {

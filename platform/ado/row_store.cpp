@@ -15,7 +15,8 @@ bool IsIndexable(const Clause& clause) {
     return clause.op == criteria::Op::kEqual && clause.value.kind != criteria::LiteralKind::kNull;
 }
 
-std::vector<int32_t> Union(const std::vector<int32_t>& a, const std::vector<int32_t>& b) {
+template <typename Positions>
+std::vector<int32_t> Union(const std::vector<int32_t>& a, const Positions& b) {
     std::vector<int32_t> out;
     out.reserve(a.size() + b.size());
     std::set_union(a.begin(), a.end(), b.begin(), b.end(), std::back_inserter(out));
@@ -86,8 +87,9 @@ std::vector<int32_t> RowStore::EqualPositions(const Clause& clause) {
     ColumnIndex& index = IndexFor(clause.columnIndex, criteria::KeysAsDate(clause.value.kind));
     std::vector<int32_t> out;
     // A field has one key, so the lists of different literal keys are disjoint.
-    for (const criteria::MatchKey& key : criteria::LiteralKeys(clause.value))
-        if (const std::vector<int32_t>* found = index.Find(key)) out = out.empty() ? *found : Union(out, *found);
+    for (const criteria::MatchKey& key : clause.keys)
+        if (const PositionList* found = index.Find(key))
+            out = out.empty() ? std::vector<int32_t>(found->begin(), found->end()) : Union(out, *found);
     return out;
 }
 
@@ -98,8 +100,8 @@ std::optional<size_t> RowStore::CandidateCount(const Criteria& c, const Node& no
             if (!IsIndexable(clause)) return std::nullopt;
             ColumnIndex& index = IndexFor(clause.columnIndex, criteria::KeysAsDate(clause.value.kind));
             size_t count = 0;
-            for (const criteria::MatchKey& key : criteria::LiteralKeys(clause.value))
-                if (const std::vector<int32_t>* found = index.Find(key)) count += found->size();
+            for (const criteria::MatchKey& key : clause.keys)
+                if (const PositionList* found = index.Find(key)) count += found->size();
             return count;
         }
         case Node::Kind::kAnd: {
