@@ -61,6 +61,9 @@ int main(int argc, char** argv) {
     app.add_flag("--alongside", options.alongside,
                  "Replay the floor while the run goes on, following its transcript, rather than after it "
                  "(about half the time on two processors; the two share the machine)");
+    app.add_option("--stop-after", options.stopAfter,
+                   "End each run after this upgrader class, e.g. KDUpgradeMobile832 (the upgraders before the "
+                   "long ones, measured at large scales in minutes)");
     app.add_option("--dir", directory, "Where to work (default: a new directory under $TMPDIR or /tmp)");
     std::string replay;
     bool skipHistoryUpdates = false;

@@ -1,5 +1,6 @@
 #include "bench/run_measure.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -27,7 +28,11 @@ double SecondsSince(Clock::time_point start) { return std::chrono::duration<doub
 // and measures each upgrader between its start and its outcome.
 class MeasuringObserver : public kdhost::RunObserver {
 public:
-    MeasuringObserver(kdhost::RunObserver& shown, RunFigures& figures) : shown_(shown), figures_(figures) {}
+    // Thrown out of the run once the upgrader to stop after has finished.
+    struct Stop {};
+
+    MeasuringObserver(kdhost::RunObserver& shown, RunFigures& figures, const std::string& stopAfter)
+        : shown_(shown), figures_(figures), stopAfter_(stopAfter) {}
 
     void PassStarting(int pass, int32_t coreVersion, bool final) override {
         shown_.PassStarting(pass, coreVersion, final);
@@ -52,6 +57,7 @@ public:
             {started_, seconds, RecordedRowChanges() - changesAtStart_,
              RecordedHistoryUpdateSeconds() - historyAtStart_, PeakResidentKiB(), !outcome.failure});
         started_.clear();
+        if (outcome.className == stopAfter_) throw Stop{};
     }
 
     void SystemTablesListed(const kdhost::SystemTableList& list) override { shown_.SystemTablesListed(list); }
@@ -59,6 +65,7 @@ public:
 private:
     kdhost::RunObserver& shown_;
     RunFigures& figures_;
+    const std::string stopAfter_;
     std::string started_;
     int64_t changesAtStart_ = 0;
     double historyAtStart_ = 0;
@@ -81,7 +88,8 @@ void ResetPeakResident() {
     clear << "5";
 }
 
-RunFigures MeasureRun(const std::string& dbPath, const std::string& transcriptPath, const std::string& logPath) {
+RunFigures MeasureRun(const std::string& dbPath, const std::string& transcriptPath, const std::string& logPath,
+                      const std::string& stopAfter) {
     RunFigures figures;
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> devNull(std::fopen("/dev/null", "w"), std::fclose);
     kdhost::Console console(devNull.get(), false);
@@ -95,11 +103,16 @@ RunFigures MeasureRun(const std::string& dbPath, const std::string& transcriptPa
         com::ComPtr<kdhost::Login> login = kdhost::Login::Create(connection, "");
         com::ComPtr<kdhost::ProgressCallback> callback = kdhost::ProgressCallback::Create(console);
         kdhost::RunPresenter presenter(console);
-        MeasuringObserver observer(presenter, figures);
-        kdhost::RunResult run = kdhost::RunUpgrade(classes, {connection.Get(), "", login.Get(), callback.Get()},
-                                                   observer);
+        MeasuringObserver observer(presenter, figures, stopAfter);
+        try {
+            kdhost::RunResult run = kdhost::RunUpgrade(classes, {connection.Get(), "", login.Get(), callback.Get()},
+                                                       observer);
+            figures.succeeded = run.Succeeded();
+        } catch (const MeasuringObserver::Stop&) {
+            figures.succeeded = std::all_of(figures.upgraders.begin(), figures.upgraders.end(),
+                                            [](const UpgraderFigures& u) { return u.succeeded; });
+        }
         connection->Close();
-        figures.succeeded = run.Succeeded();
     }
     figures.seconds = SecondsSince(start);
     figures.rowsChanged = RecordedRowChanges();

@@ -25,7 +25,10 @@ struct RunFigures {
 
 // Upgrades the SQLite repository at dbPath with every upgrader that
 // applies; the statements go to transcriptPath, the run's log to logPath.
-RunFigures MeasureRun(const std::string& dbPath, const std::string& transcriptPath, const std::string& logPath);
+// With stopAfter, the run ends once that upgrader class has run, so that
+// the upgraders before a long one can be measured at large scales alone.
+RunFigures MeasureRun(const std::string& dbPath, const std::string& transcriptPath, const std::string& logPath,
+                      const std::string& stopAfter = "");
 
 // The process's peak resident memory (VmHWM) in KiB, and a reset of it so
 // that the next reading covers what follows only.

@@ -22,14 +22,14 @@ struct RunAndFloor {
 // alongside, the run's end is told to the floor's child by a marker file,
 // made once the run's child has exited and so has closed the transcript.
 RunAndFloor MeasureRunAndFloor(const std::string& run, const std::string& floor, const std::string& transcript,
-                               const std::string& log, bool alongside,
+                               const std::string& log, const ScaleOptions& options,
                                const std::function<void(const ChildOutcome&)>& runEnded) {
-    auto measureRun = [&] { return EncodeRun(MeasureRun(run, transcript, log)); };
+    auto measureRun = [&] { return EncodeRun(MeasureRun(run, transcript, log, options.stopAfter)); };
     auto replayFloor = [&](const std::function<bool()>& runFinished) {
         return EncodeFloor(ReplayFloor(transcript, floor, runFinished));
     };
     RunAndFloor outcome;
-    if (!alongside) {
+    if (!options.alongside) {
         outcome.run = RunInChild(measureRun);
         runEnded(outcome.run);
         if (outcome.run.error.empty()) outcome.floor = RunInChild([&] { return replayFloor([] { return true; }); });
@@ -77,7 +77,7 @@ ScaleResult MeasureScale(double scale, const std::string& directory, const Scale
         result.runPeakKiB = child.peakKiB;
         if (!options.alongside && options.runMeasured) options.runMeasured(result);
     };
-    RunAndFloor measured = MeasureRunAndFloor(run, floor, transcript, log, options.alongside, takeRun);
+    RunAndFloor measured = MeasureRunAndFloor(run, floor, transcript, log, options, takeRun);
     if (!measured.run.error.empty()) {
         result.error = "run: " + measured.run.error;
         return result;

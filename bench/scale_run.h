@@ -24,6 +24,7 @@ struct ScaleResult {
 struct ScaleOptions {
     bool keep = false;       // leave the working files in place
     bool alongside = false;  // replay the floor while the run goes on, rather than after it
+    std::string stopAfter;   // end the run after this upgrader class (empty: the whole run)
     // Told the run's figures as soon as the run has ended, before its floor
     // (which takes as long again) when the floor is replayed after it.
     std::function<void(const ScaleResult&)> runMeasured;
