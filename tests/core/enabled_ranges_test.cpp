@@ -51,48 +51,11 @@ TEST(CoreUpgraders, EnabledOnlyInsideTheirVersionRange) {
     for (const RangeCase& c : cases) {
         SCOPED_TRACE(c.name);
         TestHost host;
-        auto connection = host.ScriptedConnection(kOracleProvider);
+        auto connection = host.ScriptedConnection(kOracle);
         UpgraderPtr upgrader = c.create();
         EXPECT_EQ(CallEnabled(upgrader.Get(), host.Login(connection.Get()).Get(), c.version), c.enabled);
         // Enabled only takes the login; it reads nothing.
         EXPECT_EQ(host.Log().Lines(), Lines{});
-    }
-}
-
-struct TextCase {
-    UpgraderPtr (*create)();
-    const char* className;
-    const char* name;
-    const char* description;
-};
-
-TEST(CoreUpgraders, NameAndDescriptionFromResources) {
-    const std::vector<TextCase> cases = {
-        {New_KDVqUpgrader830, "KDVqUpgrader830", "res232", "res231"},
-        {New_KDVqUpgrader832, "KDVqUpgrader832", "res256", "res255"},
-        {New_KDVqUpgrader833, "KDVqUpgrader833", "res262", "res261"},
-        {New_KDVqUpgrader901sp1, "KDVqUpgrader901sp1", "res270", "res269"},
-        {New_KDVqUpgrader902, "KDVqUpgrader902", "res274", "res273"},
-        {New_KDVqUpgrader912, "KDVqUpgrader912", "res286", "res285"},
-        {New_KDVqUpgrader920, "KDVqUpgrader920", "res290", "res289"},
-        {New_KDVqUpgrader93rev2, "KDVqUpgrader93rev2", "res294", "res293"},
-        // The one description fetched with a value: two line breaks.
-        {New_KDCreateTableIndices, "KDCreateTableIndices", "res268", "res267(\r\n\r\n)"},
-    };
-    for (const TextCase& c : cases) {
-        SCOPED_TRACE(c.className);
-        TestHost host;
-        UpgraderPtr upgrader = c.create();
-        std::string name;
-        std::string description;
-        Variant tables = Variant::Null();
-        ASSERT_EQ(upgrader->Name(&name), com::S_OK);
-        ASSERT_EQ(upgrader->Description(&description), com::S_OK);
-        ASSERT_EQ(upgrader->TavixSystemTables(&tables), com::S_OK);
-        EXPECT_EQ(upgrader->ClassName(), c.className);
-        EXPECT_EQ(name, c.name);
-        EXPECT_EQ(description, c.description);
-        EXPECT_TRUE(tables.IsEmpty());
     }
 }
 

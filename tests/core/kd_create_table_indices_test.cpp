@@ -70,13 +70,13 @@ Lines IndexLines(Dialect d, const Index& i) {
 
 Lines CoreIndices(Dialect d) {
     Lines lines = {"START Creating Indices for the Orvane tables..."};
-    for (const Index& i : kCore) lines = Concat({lines, IndexLines(d, i)});
+    for (const Index& i : kCore) lines = Join({lines, IndexLines(d, i)});
     return lines;
 }
 
 Lines WorkflowIndices(Dialect d) {
     Lines lines = {"START ", "START Creating Indices for Workflow Manager tables..."};
-    for (const Index& i : Workflow(d == Dialect::Oracle)) lines = Concat({lines, IndexLines(d, i)});
+    for (const Index& i : Workflow(d == Dialect::Oracle)) lines = Join({lines, IndexLines(d, i)});
     return lines;
 }
 
@@ -95,29 +95,29 @@ std::function<void(ado::ScriptedProvider&)> Repository(bool core, bool workflowT
 TEST(KDCreateTableIndices, ScriptedSituations) {
     // Execute answers False in every situation, also after a clean run.
     const std::vector<ScriptedCase> cases = {
-        {"oracle, both parts", kOracleProvider, 4866, Repository(true, true, true), Outcome::False,
-         Concat({{Found(kCoreProbe)},
+        {"oracle, both parts", kOracle, 4866, Repository(true, true, true), "False",
+         Join({{Opened(kCoreProbe)},
                  CoreIndices(Dialect::Oracle),
-                 {Found(kExtensions), Found(kWorkflowProbe)},
+                 {Opened(kExtensions), Opened(kWorkflowProbe)},
                  WorkflowIndices(Dialect::Oracle)})},
-        {"oracle, workflow tables of an unregistered extension", kOracleProvider, 4866,
-         Repository(true, true, false), Outcome::False,
-         Concat({{Found(kCoreProbe)}, CoreIndices(Dialect::Oracle), {Found(kExtensions), Found(kWorkflowProbe)}})},
+        {"oracle, workflow tables of an unregistered extension", kOracle, 4866,
+         Repository(true, true, false), "False",
+         Join({{Opened(kCoreProbe)}, CoreIndices(Dialect::Oracle), {Opened(kExtensions), Opened(kWorkflowProbe)}})},
         {"a provider named after both dialects takes the Oracle list", "MSDAORA.OracleSQL", 0,
-         Repository(false, false, true), Outcome::False,
-         {NotFound(kCoreProbe), Found(kExtensions), NotFound(kWorkflowProbe)}},
-        {"sql server, workflow tables of an unregistered extension, no core version table", kSqlServerProvider, 0,
-         Repository(false, true, false), Outcome::False,
-         Concat({{NotFound(kCoreProbe), Found(kWorkflowProbe)}, WorkflowIndices(Dialect::SqlServer)})},
-        {"sql server, core only", kSqlServerProvider, 0, Repository(true, false, true), Outcome::False,
-         Concat({{Found(kCoreProbe)}, CoreIndices(Dialect::SqlServer), {NotFound(kWorkflowProbe)}})},
-        {"access, both parts", "Microsoft.Jet.OLEDB.4.0", 0, Repository(true, true, false), Outcome::False,
-         Concat({{Found(kCoreProbe)},
+         Repository(false, false, true), "False",
+         {Missing(kCoreProbe), Opened(kExtensions), Missing(kWorkflowProbe)}},
+        {"sql server, workflow tables of an unregistered extension, no core version table", kSqlServer, 0,
+         Repository(false, true, false), "False",
+         Join({{Missing(kCoreProbe), Opened(kWorkflowProbe)}, WorkflowIndices(Dialect::SqlServer)})},
+        {"sql server, core only", kSqlServer, 0, Repository(true, false, true), "False",
+         Join({{Opened(kCoreProbe)}, CoreIndices(Dialect::SqlServer), {Missing(kWorkflowProbe)}})},
+        {"access, both parts", "Microsoft.Jet.OLEDB.4.0", 0, Repository(true, true, false), "False",
+         Join({{Opened(kCoreProbe)},
                  CoreIndices(Dialect::Access),
-                 {Found(kWorkflowProbe)},
+                 {Opened(kWorkflowProbe)},
                  WorkflowIndices(Dialect::Access)})},
-        {"an unknown provider gets nothing", "IBMDADB2", 0, Repository(true, true, true), Outcome::False, {}},
-        {"oracle, a missing index to drop and a table to index missing", kOracleProvider, 0,
+        {"an unknown provider gets nothing", "IBMDADB2", 0, Repository(true, true, true), "False", {}},
+        {"oracle, a missing index to drop and a table to index missing", kOracle, 0,
          [](ado::ScriptedProvider& p) {
              Repository(false, true, true)(p);
              p.FailExecute("DROP INDEX PROCESS.KD_WMS_DN_COST_FACTOR_IX1", {1418}, "specified index does not exist");
@@ -125,12 +125,12 @@ TEST(KDCreateTableIndices, ScriptedSituations) {
                            "(DESIGN_ID, FACTOR_ID)  ",
                            {942});
          },
-         Outcome::False,
-         Concat({{NotFound(kCoreProbe), Found(kExtensions), Found(kWorkflowProbe), "START ",
+         "False",
+         Join({{Missing(kCoreProbe), Opened(kExtensions), Opened(kWorkflowProbe), "START ",
                   "START Creating Indices for Workflow Manager tables...",
                   "EXEC DROP INDEX PROCESS.KD_WMS_DN_COST_FACTOR_IX1 => ERROR 1418",
                   "LOG 2 kdVqUpgraders:\\r\\nKDCreateTableIndices::CreateOracleIndex\\r\\nspecified index does not exist"},
-                 RanFailing("\tCreating index: PROCESS.KD_WMS_DN_COST_FACTOR_IX1",
+                 FailedStep("\tCreating index: PROCESS.KD_WMS_DN_COST_FACTOR_IX1",
                             "CREATE INDEX PROCESS.KD_WMS_DN_COST_FACTOR_IX1 ON PROCESS.KD_WMS_DN_COST_FACTOR"
                             "(DESIGN_ID, FACTOR_ID)  ",
                             942, 1),
@@ -160,7 +160,7 @@ TEST(KDCreateTableIndices, IndexStatementsWithTheirClauses) {
 // The SQLite provider names itself "SQLite", so the SQL Server list runs:
 // owner-qualified names that the provider accepts.
 TEST(KDCreateTableIndices, CreatesIndicesOnSqliteAndAgainOnASecondRun) {
-    SqliteRepository repo(
+    SqliteRun repo(
         "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER);\n"
         "CREATE TABLE KD_VQ_CURRENT_STATE (SOID INTEGER, STATE_ID INTEGER);\n"
         "CREATE TABLE KD_VQ_NODE_TYPE (NODE_TYPE_ID INTEGER, NAME VARCHAR(64));\n"
@@ -175,11 +175,10 @@ TEST(KDCreateTableIndices, CreatesIndicesOnSqliteAndAgainOnASecondRun) {
                            "KD_WMS_DESIGN|KD_WMS_DESIGN_COPYFROM_IDX"};
     for (int run = 1; run <= 2; ++run) {
         SCOPED_TRACE(run);
-        TestHost host;
-        EXPECT_EQ(repo.Run(host, New_KDCreateTableIndices, 0), Outcome::False);
+        EXPECT_EQ(repo.Run(New_KDCreateTableIndices, 0), "False");
         Lines quoted;
         for (const std::string& row :
-             repo.Query("SELECT tbl_name, name FROM sqlite_master WHERE type='index' ORDER BY tbl_name, name")) {
+             repo.Rows("SELECT tbl_name, name FROM sqlite_master WHERE type='index' ORDER BY tbl_name, name")) {
             std::string unquoted;
             for (char ch : row) {
                 if (ch != '\'') unquoted += ch;
@@ -188,7 +187,7 @@ TEST(KDCreateTableIndices, CreatesIndicesOnSqliteAndAgainOnASecondRun) {
         }
         EXPECT_EQ(quoted, indices);
         // The name index was made anew on its right column.
-        EXPECT_EQ(repo.Query("SELECT name FROM pragma_index_info('VQ_NODE_TYPE_NAME_IDX')"), Lines{"'NAME'"});
+        EXPECT_EQ(repo.Rows("SELECT name FROM pragma_index_info('VQ_NODE_TYPE_NAME_IDX')"), Lines{"'NAME'"});
     }
 }
 

@@ -29,71 +29,71 @@ void Repository(ado::ScriptedProvider& p) {
                                                                {"session", Variant::Null()}}));
 }
 
-const Lines kNumbered = {Found(kExtensions), Found(kSequence),
+const Lines kNumbered = {Opened(kExtensions), Opened(kSequence),
                          "INSERT KD_VQ_SEQUENCE (NAME='VQ_SupportedExtensionID', INCR=1, SEQUENCE_VALUE=103)",
                          "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #1 SET ID=101",
                          "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #2 SET ID=102"};
-const Lines kLinked = {Found(kExtensionIds), Found(kNodeTypes), "UPDATE KD_VQ_NODE_TYPE #1 SET EXTENSION_ID=102",
+const Lines kLinked = {Opened(kExtensionIds), Opened(kNodeTypes), "UPDATE KD_VQ_NODE_TYPE #1 SET EXTENSION_ID=102",
                        "UPDATE KD_VQ_NODE_TYPE #2 SET EXTENSION_ID=101",
                        "UPDATE KD_VQ_NODE_TYPE #3 SET EXTENSION_ID=-1",
                        "UPDATE KD_VQ_NODE_TYPE #4 SET EXTENSION_ID=-1"};
 
 TEST(KDVqUpgrader833, ScriptedSituations) {
     const std::vector<ScriptedCase> cases = {
-        {"oracle, columns missing", kOracleProvider, 1601, Repository, Outcome::True,
-         Concat({{NotFound(kIdProbe)},
-                 Ran(kAddIdText, kOraAddId),
+        {"oracle, columns missing", kOracle, 1601, Repository, "True",
+         Join({{Missing(kIdProbe)},
+                 Step(kAddIdText, kOraAddId),
                  kNumbered,
-                 {NotFound(kExtensionIdProbe)},
-                 Ran(kAddExtensionIdText, kOraAddExtensionId),
+                 {Missing(kExtensionIdProbe)},
+                 Step(kAddExtensionIdText, kOraAddExtensionId),
                  kLinked,
                  CoreVersionWritten(1926)})},
-        {"sql server, columns present and a sequence row to continue", kSqlServerProvider, 1700,
+        {"sql server, columns present and a sequence row to continue", kSqlServer, 1700,
          [](ado::ScriptedProvider& p) {
              Repository(p);
              p.AnswerQuery(kSequence, Table({"NAME", "SEQUENCE_VALUE", "INCR"}, {{"VQ_SupportedExtensionID", 50, 5}}));
              p.AnswerQuery(kIdProbe, Table({"ID"}));
              p.AnswerQuery(kExtensionIdProbe, Table({"EXTENSION_ID"}));
          },
-         Outcome::True,
-         Concat({{Found(kIdProbe), Found(kExtensions), Found(kSequence),
+         "True",
+         Join({{Opened(kIdProbe), Opened(kExtensions), Opened(kSequence),
                   "UPDATE KD_VQ_SEQUENCE #1 SET SEQUENCE_VALUE=103",
                   "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #1 SET ID=101",
-                  "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #2 SET ID=102", Found(kExtensionIdProbe)},
+                  "UPDATE KD_VQ_SUPPORTED_EXTENSIONS #2 SET ID=102", Opened(kExtensionIdProbe)},
                  kLinked,
                  CoreVersionWritten(1926)})},
-        {"sql server, no extensions and no node types", kSqlServerProvider, 1601,
+        {"sql server, no extensions and no node types", kSqlServer, 1601,
          [](ado::ScriptedProvider& p) {
              p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{1601}}));
              p.SetUnknownQueriesSucceed(true);
          },
-         Outcome::True,
-         Concat({{Found(kIdProbe), Found(kExtensions), "START res101(KD_VQ_SUPPORTED_EXTENSIONS)",
-                  Found(kExtensionIdProbe), Found(kExtensionIds), Found(kNodeTypes)},
+         "True",
+         Join({{Opened(kIdProbe), Opened(kExtensions), "START res101(KD_VQ_SUPPORTED_EXTENSIONS)",
+                  Opened(kExtensionIdProbe), Opened(kExtensionIds), Opened(kNodeTypes)},
                  CoreVersionWritten(1926)})},
-        {"oracle, the failed ID column is forgotten once the node types are linked", kOracleProvider, 1601,
+        {"oracle, the failed ID column is forgotten once the node types are linked", kOracle, 1601,
          [](ado::ScriptedProvider& p) {
              Repository(p);
              p.FailExecute(kOraAddId, {904});
          },
-         Outcome::True,
-         Concat({{NotFound(kIdProbe)},
-                 RanFailing(kAddIdText, kOraAddId, 904, 1),
-                 {NotFound(kExtensionIdProbe)},
-                 Ran(kAddExtensionIdText, kOraAddExtensionId),
+         "True",
+         Join({{Missing(kIdProbe)},
+                 FailedStep(kAddIdText, kOraAddId, 904, 1),
+                 {Missing(kExtensionIdProbe)},
+                 Step(kAddExtensionIdText, kOraAddExtensionId),
                  kLinked,
                  CoreVersionWritten(1926)})},
-        {"sql server, a failed EXTENSION_ID column decides the outcome", kSqlServerProvider, 1601,
+        {"sql server, a failed EXTENSION_ID column decides the outcome", kSqlServer, 1601,
          [](ado::ScriptedProvider& p) {
              Repository(p);
              p.FailExecute(kSqlAddExtensionId, {4902});
          },
-         Outcome::False,
-         Concat({{NotFound(kIdProbe)},
-                 Ran(kAddIdText, kSqlAddId),
+         "False",
+         Join({{Missing(kIdProbe)},
+                 Step(kAddIdText, kSqlAddId),
                  kNumbered,
-                 {NotFound(kExtensionIdProbe)},
-                 RanFailing(kAddExtensionIdText, kSqlAddExtensionId, 4902, 1)})},
+                 {Missing(kExtensionIdProbe)},
+                 FailedStep(kAddExtensionIdText, kSqlAddExtensionId, 4902, 1)})},
     };
     ExpectScripted(New_KDVqUpgrader833, cases);
 }
@@ -118,10 +118,9 @@ const char* const kRepository832 =
     "INSERT INTO KD_VQ_NODE_TYPE VALUES (6, 'AllSessionsFilter')";
 
 TEST(KDVqUpgrader833, NumbersExtensionsAndLinksNodeTypesOnSqlite) {
-    SqliteRepository repo(kRepository832);
-    TestHost host;
-    EXPECT_EQ(repo.Run(host, New_KDVqUpgrader833, 1601), Outcome::True);
-    EXPECT_EQ(host.Log().Lines(), (Lines{"START " + kAddIdText, "DONE res102", "START " + kAddExtensionIdText,
+    SqliteRun repo(kRepository832);
+    EXPECT_EQ(repo.Run(New_KDVqUpgrader833, 1601), "True");
+    EXPECT_EQ(repo.host.Log().Lines(), (Lines{"START " + kAddIdText, "DONE res102", "START " + kAddExtensionIdText,
                                          "DONE res102"}));
 
     const Lines extensions = {"'KDWorkflowManager'|101", "'KDMobile'|102", "'KDSessionManager'|103"};
@@ -129,22 +128,22 @@ TEST(KDVqUpgrader833, NumbersExtensionsAndLinksNodeTypesOnSqlite) {
     const Lines nodeTypes = {"1|'Session'|103", "2|'Design'|101", "3|'CU'|101",
                              "4|'Pole'|-1",     "5|'design'|-1",  "6|'AllSessionsFilter'|103"};
     const auto expectRows = [&] {
-        EXPECT_EQ(repo.Query("SELECT NAME, ID FROM KD_VQ_SUPPORTED_EXTENSIONS ORDER BY rowid"), extensions);
-        EXPECT_EQ(repo.Query("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE ORDER BY rowid"), sequences);
-        EXPECT_EQ(repo.Query("SELECT NODE_TYPE_ID, NAME, EXTENSION_ID FROM KD_VQ_NODE_TYPE ORDER BY rowid"), nodeTypes);
-        EXPECT_EQ(repo.Query("SELECT VERSION, DATABASE_ID FROM KD_VQ_DB_VERSION"), Lines{"1926|'DB1'"});
+        EXPECT_EQ(repo.Rows("SELECT NAME, ID FROM KD_VQ_SUPPORTED_EXTENSIONS ORDER BY rowid"), extensions);
+        EXPECT_EQ(repo.Rows("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE ORDER BY rowid"), sequences);
+        EXPECT_EQ(repo.Rows("SELECT NODE_TYPE_ID, NAME, EXTENSION_ID FROM KD_VQ_NODE_TYPE ORDER BY rowid"), nodeTypes);
+        EXPECT_EQ(repo.Rows("SELECT VERSION, DATABASE_ID FROM KD_VQ_DB_VERSION"), Lines{"1926|'DB1'"});
     };
     expectRows();
 
     // A second run renumbers the same way and keeps one sequence row.
     TestHost again;
-    EXPECT_EQ(repo.Run(again, New_KDVqUpgrader833, 1601), Outcome::True);
+    EXPECT_EQ(repo.Run(again, New_KDVqUpgrader833, 1601), "True");
     EXPECT_EQ(again.Log().Lines(), Lines{});
     expectRows();
 }
 
 TEST(KDVqUpgrader833, NodeTypeOfAnExtensionThatIsNotInstalledOnSqlite) {
-    SqliteRepository repo(
+    SqliteRun repo(
         "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER);\n"
         "INSERT INTO KD_VQ_DB_VERSION VALUES (1601);\n"
         "CREATE TABLE KD_VQ_SEQUENCE (NAME VARCHAR(64), SEQUENCE_VALUE INTEGER, INCR INTEGER);\n"
@@ -153,13 +152,12 @@ TEST(KDVqUpgrader833, NodeTypeOfAnExtensionThatIsNotInstalledOnSqlite) {
         "CREATE TABLE KD_VQ_NODE_TYPE (NODE_TYPE_ID INTEGER, NAME VARCHAR(64), EXTENSION_ID INTEGER);\n"
         "INSERT INTO KD_VQ_NODE_TYPE VALUES (1, 'Session', 9);\n"
         "INSERT INTO KD_VQ_NODE_TYPE VALUES (2, 'WorkRequest', NULL)");
-    TestHost host;
-    EXPECT_EQ(repo.Run(host, New_KDVqUpgrader833, 1700), Outcome::True);
-    EXPECT_EQ(host.Log().Lines(), Lines{});
-    EXPECT_EQ(repo.Query("SELECT NAME, ID FROM KD_VQ_SUPPORTED_EXTENSIONS"), Lines{"'KDWorkflowManager'|101"});
-    EXPECT_EQ(repo.Query("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE"),
+    EXPECT_EQ(repo.Run(New_KDVqUpgrader833, 1700), "True");
+    EXPECT_EQ(repo.host.Log().Lines(), Lines{});
+    EXPECT_EQ(repo.Rows("SELECT NAME, ID FROM KD_VQ_SUPPORTED_EXTENSIONS"), Lines{"'KDWorkflowManager'|101"});
+    EXPECT_EQ(repo.Rows("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE"),
               Lines{"'VQ_SupportedExtensionID'|102|1"});
-    EXPECT_EQ(repo.Query("SELECT NODE_TYPE_ID, EXTENSION_ID FROM KD_VQ_NODE_TYPE ORDER BY rowid"),
+    EXPECT_EQ(repo.Rows("SELECT NODE_TYPE_ID, EXTENSION_ID FROM KD_VQ_NODE_TYPE ORDER BY rowid"),
               (Lines{"1|-1", "2|101"}));
 }
 

@@ -89,11 +89,10 @@ const Lines kTwoStates = {"START   Role TwoStates is set for state Designing, Ex
                           "START \tres608(TwoStates)"};
 
 TEST(KDVqUpgrader901sp1, FillsTransitionsAndRolesOnSqlite) {
-    SqliteRepository repo(kRepository901);
-    TestHost host;
-    EXPECT_EQ(repo.Run(host, New_KDVqUpgrader901sp1, 1926), Outcome::True);
-    EXPECT_EQ(host.Log().Lines(),
-              Concat({{"START res504(KD_VQ_TRANSITION)", "START res604(Nowhere)", "START res604(Dangling)",
+    SqliteRun repo(kRepository901);
+    EXPECT_EQ(repo.Run(New_KDVqUpgrader901sp1, 1926), "True");
+    EXPECT_EQ(repo.host.Log().Lines(),
+              Join({{"START res504(KD_VQ_TRANSITION)", "START res604(Nowhere)", "START res604(Dangling)",
                        "DONE res102", "START Adding EXTENSION_ID column to KD_VQ_ROLE table", "DONE res102",
                        "START res504(KD_VQ_ROLE)", kCustomWarning,
                        "START   Role Designer is set for state Designing, Extension=KDWorkflowManager",
@@ -105,29 +104,29 @@ TEST(KDVqUpgrader901sp1, FillsTransitionsAndRolesOnSqlite) {
                       kTwoStates}));
 
     // The replayed 8.3.3 run linked the node types by their names.
-    EXPECT_EQ(repo.Query("SELECT NODE_TYPE_ID, EXTENSION_ID FROM KD_VQ_NODE_TYPE ORDER BY rowid"),
+    EXPECT_EQ(repo.Rows("SELECT NODE_TYPE_ID, EXTENSION_ID FROM KD_VQ_NODE_TYPE ORDER BY rowid"),
               (Lines{"1|101", "2|102", "3|-1", "4|101"}));
     const Lines transitions = {"100|'Submit'|4", "101|'Login'|2", "102|'Nowhere'|-1", "103|'Dangling'|-1",
                                "104|'Preset'|1"};
-    EXPECT_EQ(repo.Query("SELECT TRANSITION_ID, NAME, NODE_TYPE_ID FROM KD_VQ_TRANSITION ORDER BY rowid"), transitions);
-    EXPECT_EQ(repo.Query("SELECT ROLE_ID, EXTENSION_ID FROM KD_VQ_ROLE ORDER BY rowid"),
+    EXPECT_EQ(repo.Rows("SELECT TRANSITION_ID, NAME, NODE_TYPE_ID FROM KD_VQ_TRANSITION ORDER BY rowid"), transitions);
+    EXPECT_EQ(repo.Rows("SELECT ROLE_ID, EXTENSION_ID FROM KD_VQ_ROLE ORDER BY rowid"),
               (Lines{"1|101", "2|-1", "3|-1", "4|-1", "5|102", "7|-1"}));
-    EXPECT_EQ(repo.Query("SELECT VERSION FROM KD_VQ_DB_VERSION"), Lines{"2703"});
+    EXPECT_EQ(repo.Rows("SELECT VERSION FROM KD_VQ_DB_VERSION"), Lines{"2703"});
 
     // The administrator settles one role by hand; a second run by hand
     // keeps every value that is set and looks again at the rest.
-    ExecAll(repo.Connection(), "UPDATE KD_VQ_ROLE SET EXTENSION_ID=102 WHERE ROLE_ID=3");
+    ExecAll(repo.cn.Get(), "UPDATE KD_VQ_ROLE SET EXTENSION_ID=102 WHERE ROLE_ID=3");
     TestHost again;
-    EXPECT_EQ(repo.Run(again, New_KDVqUpgrader901sp1, 1926), Outcome::True);
+    EXPECT_EQ(repo.Run(again, New_KDVqUpgrader901sp1, 1926), "True");
     EXPECT_EQ(again.Log().Lines(),
-              Concat({{"START res504(KD_VQ_TRANSITION)", "DONE res102", "START res504(KD_VQ_ROLE)", kCustomWarning},
+              Join({{"START res504(KD_VQ_TRANSITION)", "DONE res102", "START res504(KD_VQ_ROLE)", kCustomWarning},
                       kMixed,
                       {Undetermined("Custom only")},
                       kTwoStates}));
-    EXPECT_EQ(repo.Query("SELECT TRANSITION_ID, NAME, NODE_TYPE_ID FROM KD_VQ_TRANSITION ORDER BY rowid"), transitions);
-    EXPECT_EQ(repo.Query("SELECT ROLE_ID, EXTENSION_ID FROM KD_VQ_ROLE ORDER BY rowid"),
+    EXPECT_EQ(repo.Rows("SELECT TRANSITION_ID, NAME, NODE_TYPE_ID FROM KD_VQ_TRANSITION ORDER BY rowid"), transitions);
+    EXPECT_EQ(repo.Rows("SELECT ROLE_ID, EXTENSION_ID FROM KD_VQ_ROLE ORDER BY rowid"),
               (Lines{"1|101", "2|-1", "3|102", "4|-1", "5|102", "7|-1"}));
-    EXPECT_EQ(repo.Query("SELECT VERSION FROM KD_VQ_DB_VERSION"), Lines{"2703"});
+    EXPECT_EQ(repo.Rows("SELECT VERSION FROM KD_VQ_DB_VERSION"), Lines{"2703"});
 }
 
 }  // namespace

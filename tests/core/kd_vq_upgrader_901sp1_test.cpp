@@ -50,13 +50,13 @@ const std::string kNoExtensionWarning =
 // The replayed 8.3.3 run on a repository where everything answers empty:
 // its columns are there and there is nothing to number.
 Lines Replayed833(const std::string& prefix) {
-    return {Found("select ID from KD_VQ_SUPPORTED_EXTENSIONS"),
-            Found("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS"),
+    return {Opened("select ID from KD_VQ_SUPPORTED_EXTENSIONS"),
+            Opened("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS"),
             "START res101(KD_VQ_SUPPORTED_EXTENSIONS)",
-            Found("select EXTENSION_ID from KD_VQ_NODE_TYPE"),
-            Found("SELECT ID, NAME FROM KD_VQ_SUPPORTED_EXTENSIONS"),
-            Found("SELECT NAME, EXTENSION_ID FROM KD_VQ_NODE_TYPE"),
-            Found("select VERSION from " + prefix + "KD_VQ_DB_VERSION")};
+            Opened("select EXTENSION_ID from KD_VQ_NODE_TYPE"),
+            Opened("SELECT ID, NAME FROM KD_VQ_SUPPORTED_EXTENSIONS"),
+            Opened("SELECT NAME, EXTENSION_ID FROM KD_VQ_NODE_TYPE"),
+            Opened("select VERSION from " + prefix + "KD_VQ_DB_VERSION")};
 }
 
 // Three transitions (one with two target states, one that has its node
@@ -82,8 +82,8 @@ void Repository(ado::ScriptedProvider& p, const Texts& t) {
 
 Lines TransitionsFilled(const Texts& t) {
     return {"START res504(KD_VQ_TRANSITION)",
-            Found(t.transitions),
-            Found(t.targets),
+            Opened(t.transitions),
+            Opened(t.targets),
             "UPDATE " + t.prefix + "KD_VQ_TRANSITION #1 SET NODE_TYPE_ID=10",
             "START res604(Orphan)",
             "UPDATE " + t.prefix + "KD_VQ_TRANSITION #3 SET NODE_TYPE_ID=-1",
@@ -92,22 +92,22 @@ Lines TransitionsFilled(const Texts& t) {
 
 Lines RolesRead(const Texts& t) {
     return {"START res504(KD_VQ_ROLE)",
-            Found(t.extensions),
-            Found(t.nodeTypes),
+            Opened(t.extensions),
+            Opened(t.nodeTypes),
             "START " + kNoExtensionWarning,
             "START Warning: Node type Gone has no extension assigned to it. Extensions for roles that indirectly "
             "reference this node type might not be automatically assignable",
-            Found(t.states),
-            Found(kRoles)};
+            Opened(t.states),
+            Opened(kRoles)};
 }
 
 Lines ClerkDetermined(const Texts& t) {
-    return {Found(t.StatePass(5)),
+    return {Opened(t.StatePass(5)),
             "START   Role Clerk is set for state Open, Extension=KDWorkflowManager",
-            Found(t.FilterPass(5)),
-            Found(t.TaskPass(5)),
+            Opened(t.FilterPass(5)),
+            Opened(t.TaskPass(5)),
             "START   Role Clerk is set for Task Review, Extension=KDWorkflowManager",
-            Found(t.TransitionPass(5)),
+            Opened(t.TransitionPass(5)),
             "UPDATE KD_VQ_ROLE #1 SET EXTENSION_ID=101"};
 }
 
@@ -115,67 +115,67 @@ TEST(KDVqUpgrader901sp1, ScriptedSituations) {
     const Texts plain{""};
     const Texts prefixed{"ORV_"};
     const std::vector<ScriptedCase> cases = {
-        {"oracle, columns missing", kOracleProvider, 1926, [&](auto& p) { Repository(p, plain); }, Outcome::True,
-         Concat({Replayed833(""),
-                 {NotFound(kTransitionProbe)},
-                 Ran(kAddNodeTypeText, kOraAddNodeType),
+        {"oracle, columns missing", kOracle, 1926, [&](auto& p) { Repository(p, plain); }, "True",
+         Join({Replayed833(""),
+                 {Missing(kTransitionProbe)},
+                 Step(kAddNodeTypeText, kOraAddNodeType),
                  TransitionsFilled(plain),
-                 {NotFound(kRoleProbe)},
-                 Ran(kAddExtensionText, kOraAddExtension),
+                 {Missing(kRoleProbe)},
+                 Step(kAddExtensionText, kOraAddExtension),
                  RolesRead(plain),
                  ClerkDetermined(plain),
                  CoreVersionWritten(2703)})},
-        {"sql server with a table prefix", kSqlServerProvider, 2702, [&](auto& p) { Repository(p, prefixed); },
-         Outcome::True,
-         Concat({Replayed833("ORV_"),
-                 {NotFound(kTransitionProbe)},
-                 Ran(kAddNodeTypeText, kSqlAddNodeType),
+        {"sql server with a table prefix", kSqlServer, 2702, [&](auto& p) { Repository(p, prefixed); },
+         "True",
+         Join({Replayed833("ORV_"),
+                 {Missing(kTransitionProbe)},
+                 Step(kAddNodeTypeText, kSqlAddNodeType),
                  TransitionsFilled(prefixed),
-                 {NotFound(kRoleProbe)},
-                 Ran(kAddExtensionText, kSqlAddExtension),
+                 {Missing(kRoleProbe)},
+                 Step(kAddExtensionText, kSqlAddExtension),
                  RolesRead(prefixed),
                  ClerkDetermined(prefixed),
                  CoreVersionWritten(2703, "ORV_")}),
          "ORV_"},
-        {"oracle, empty transitions and roles, columns present", kOracleProvider, 1926,
+        {"oracle, empty transitions and roles, columns present", kOracle, 1926,
          [](auto& p) {
              p.SetUnknownQueriesSucceed(true);
              p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{1926}}));
          },
-         Outcome::True,
-         Concat({Replayed833(""),
-                 {Found(kTransitionProbe), "START res504(KD_VQ_TRANSITION)", Found(plain.transitions), "DONE res102",
-                  Found(kRoleProbe), "START res504(KD_VQ_ROLE)", Found(plain.extensions), Found(plain.nodeTypes),
-                  Found(plain.states), Found(kRoles), "DONE res102"},
+         "True",
+         Join({Replayed833(""),
+                 {Opened(kTransitionProbe), "START res504(KD_VQ_TRANSITION)", Opened(plain.transitions), "DONE res102",
+                  Opened(kRoleProbe), "START res504(KD_VQ_ROLE)", Opened(plain.extensions), Opened(plain.nodeTypes),
+                  Opened(plain.states), Opened(kRoles), "DONE res102"},
                  CoreVersionWritten(2703)})},
-        {"sql server, a failing pass query: the role run answers false", kSqlServerProvider, 1926,
+        {"sql server, a failing pass query: the role run answers false", kSqlServer, 1926,
          [&](auto& p) {
              Repository(p, plain);
              p.FailQuery(plain.FilterPass(5));
          },
-         Outcome::False,
-         Concat({Replayed833(""),
-                 {NotFound(kTransitionProbe)},
-                 Ran(kAddNodeTypeText, kSqlAddNodeType),
+         "False",
+         Join({Replayed833(""),
+                 {Missing(kTransitionProbe)},
+                 Step(kAddNodeTypeText, kSqlAddNodeType),
                  TransitionsFilled(plain),
-                 {NotFound(kRoleProbe)},
-                 Ran(kAddExtensionText, kSqlAddExtension),
+                 {Missing(kRoleProbe)},
+                 Step(kAddExtensionText, kSqlAddExtension),
                  RolesRead(plain),
-                 {Found(plain.StatePass(5)), "START   Role Clerk is set for state Open, Extension=KDWorkflowManager",
-                  NotFound(plain.FilterPass(5)), "START table or view does not exist",
+                 {Opened(plain.StatePass(5)), "START   Role Clerk is set for state Open, Extension=KDWorkflowManager",
+                  Missing(plain.FilterPass(5)), "START table or view does not exist",
                   HandlerFailure({"KDVqUpgrade901sp1::GetRoleExtensionId"}, "table or view does not exist"),
                   HandlerFailure({"KDVqUpgrade901sp1::UpdateRoleExtensionId", "KDVqUpgrade901sp1::GetRoleExtensionId"},
                                  "table or view does not exist")}})},
-        {"oracle, target states unreadable: the failure reaches the host", kOracleProvider, 1926,
+        {"oracle, target states unreadable: the failure reaches the host", kOracle, 1926,
          [&](auto& p) {
              Repository(p, plain);
              p.FailQuery(plain.targets);
          },
-         Outcome::Raised,
-         Concat({Replayed833(""),
-                 {NotFound(kTransitionProbe)},
-                 Ran(kAddNodeTypeText, kOraAddNodeType),
-                 {"START res504(KD_VQ_TRANSITION)", Found(plain.transitions), NotFound(plain.targets),
+         "raised",
+         Join({Replayed833(""),
+                 {Missing(kTransitionProbe)},
+                 Step(kAddNodeTypeText, kOraAddNodeType),
+                 {"START res504(KD_VQ_TRANSITION)", Opened(plain.transitions), Missing(plain.targets),
                   "START Object variable or With block variable not set",
                   HandlerFailure({"KDVqUpgrade901sp1::UpdateTransitionNodeTypeId"},
                                  "Object variable or With block variable not set"),
@@ -183,7 +183,10 @@ TEST(KDVqUpgrader901sp1, ScriptedSituations) {
                                  "Object variable or With block variable not set"),
                   HandlerFailure({"KDVqUpgrade901sp1::IKDVqDatabaseUpgrader_Execute", "KDVqUpgrade901sp1::UpgradeOracle",
                                   "KDVqUpgrade901sp1::UpdateTransitionNodeTypeId"},
-                                 "Object variable or With block variable not set")}})},
+                                 "Object variable or With block variable not set")}}),
+         "",
+         "KDVqUpgrade901sp1::IKDVqDatabaseUpgrader_Execute\r\nKDVqUpgrade901sp1::UpgradeOracle\r\n"
+         "KDVqUpgrade901sp1::UpdateTransitionNodeTypeId\r\nObject variable or With block variable not set"},
     };
     ExpectScripted(New_KDVqUpgrader901sp1, cases);
 }

@@ -53,13 +53,12 @@ TEST(KDVqUpgrader902, NumbersSubtasksAndFillsHistoryOnSqlite) {
     };
     for (const HistoryCase& c : cases) {
         SCOPED_TRACE(c.name);
-        SqliteRepository repo(kRepository901sp1);
-        TestHost host;
+        SqliteRun repo(kRepository901sp1);
         // The quoted name fails its statements, so SQL Server's route
         // answers false and writes no version.
-        EXPECT_EQ(repo.Run(host, New_KDVqUpgrader902, c.version), Outcome::False);
-        EXPECT_EQ(host.Log().Lines(),
-                  Concat({{"START res502(SUBTASK_ID,KD_VQ_SUBTASKS)", "DONE res102", "START res508(KD_VQ_SEQUENCE)",
+        EXPECT_EQ(repo.Run(New_KDVqUpgrader902, c.version), "False");
+        EXPECT_EQ(repo.host.Log().Lines(),
+                  Join({{"START res502(SUBTASK_ID,KD_VQ_SUBTASKS)", "DONE res102", "START res508(KD_VQ_SEQUENCE)",
                            "DONE res102", "START res501(KD_VQ_SUBTASKS_PARAMETERS)", "DONE res102",
                            "START res611(KD_VQ_SUBTASKS_PARAMETERS)"},
                           c.extraDataSteps,
@@ -73,29 +72,29 @@ TEST(KDVqUpgrader902, NumbersSubtasksAndFillsHistoryOnSqlite) {
         // user went to the first user.
         const Lines history = {"1|3|'carol'", "2|1|'admin'", "3|1|'admin'"};
         const auto expectRows = [&] {
-            EXPECT_EQ(repo.Query("SELECT TASK_ID, DESCRIPTION, SUBTASK_ID FROM KD_VQ_SUBTASKS ORDER BY rowid"), subtasks);
-            EXPECT_EQ(repo.Query("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE"), sequence);
-            EXPECT_EQ(repo.Query("SELECT NODE_ID, USER_ID, USER_NAME FROM KD_VQ_HISTORY ORDER BY NODE_ID"), history);
-            EXPECT_EQ(repo.Query("SELECT EXTRA_DATA FROM KD_VQ_HISTORY ORDER BY NODE_ID"), c.extraData);
-            EXPECT_EQ(repo.Query("SELECT HAS_EDITS FROM KD_VQ_VERSIONS"), Lines{});
-            EXPECT_EQ(repo.Query("SELECT VERSION FROM KD_VQ_DB_VERSION"), Lines{"2703"});
+            EXPECT_EQ(repo.Rows("SELECT TASK_ID, DESCRIPTION, SUBTASK_ID FROM KD_VQ_SUBTASKS ORDER BY rowid"), subtasks);
+            EXPECT_EQ(repo.Rows("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE"), sequence);
+            EXPECT_EQ(repo.Rows("SELECT NODE_ID, USER_ID, USER_NAME FROM KD_VQ_HISTORY ORDER BY NODE_ID"), history);
+            EXPECT_EQ(repo.Rows("SELECT EXTRA_DATA FROM KD_VQ_HISTORY ORDER BY NODE_ID"), c.extraData);
+            EXPECT_EQ(repo.Rows("SELECT HAS_EDITS FROM KD_VQ_VERSIONS"), Lines{});
+            EXPECT_EQ(repo.Rows("SELECT VERSION FROM KD_VQ_DB_VERSION"), Lines{"2703"});
         };
         expectRows();
 
         // The host offers the upgrade again: the guards find everything in
         // place; no second sequence row, no renumbering.
-        ExecAll(repo.Connection(), "UPDATE KD_VQ_SUBTASKS SET SUBTASK_ID=SUBTASK_ID+10");
+        ExecAll(repo.cn.Get(), "UPDATE KD_VQ_SUBTASKS SET SUBTASK_ID=SUBTASK_ID+10");
         TestHost again;
-        EXPECT_EQ(repo.Run(again, New_KDVqUpgrader902, 2768), Outcome::False);
+        EXPECT_EQ(repo.Run(again, New_KDVqUpgrader902, 2768), "False");
         EXPECT_EQ(again.Log().Lines(), kHistoryLines);
-        EXPECT_EQ(repo.Query("SELECT SUBTASK_ID FROM KD_VQ_SUBTASKS ORDER BY rowid"), (Lines{"11", "12", "13"}));
-        EXPECT_EQ(repo.Query("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE"), sequence);
-        EXPECT_EQ(repo.Query("SELECT NODE_ID, USER_ID, USER_NAME FROM KD_VQ_HISTORY ORDER BY NODE_ID"), history);
+        EXPECT_EQ(repo.Rows("SELECT SUBTASK_ID FROM KD_VQ_SUBTASKS ORDER BY rowid"), (Lines{"11", "12", "13"}));
+        EXPECT_EQ(repo.Rows("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE"), sequence);
+        EXPECT_EQ(repo.Rows("SELECT NODE_ID, USER_ID, USER_NAME FROM KD_VQ_HISTORY ORDER BY NODE_ID"), history);
     }
 }
 
 TEST(KDVqUpgrader902, WritesTheVersionWhenEveryUserFitsOnSqlite) {
-    SqliteRepository repo(
+    SqliteRun repo(
         "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER);\n"
         "INSERT INTO KD_VQ_DB_VERSION VALUES (2703);\n"
         "CREATE TABLE KD_VQ_SEQUENCE (NAME VARCHAR(64), SEQUENCE_VALUE INTEGER, INCR INTEGER);\n"
@@ -104,17 +103,16 @@ TEST(KDVqUpgrader902, WritesTheVersionWhenEveryUserFitsOnSqlite) {
         "CREATE TABLE KD_VQ_USER (USER_ID INTEGER, USER_NAME VARCHAR(32));\n"
         "INSERT INTO KD_VQ_USER VALUES (4, 'dora');\n"
         "INSERT INTO KD_VQ_USER VALUES (5, 'emil')");
-    TestHost host;
-    EXPECT_EQ(repo.Run(host, New_KDVqUpgrader902, 2703), Outcome::True);
-    EXPECT_EQ(host.Log().Lines(),
+    EXPECT_EQ(repo.Run(New_KDVqUpgrader902, 2703), "True");
+    EXPECT_EQ(repo.host.Log().Lines(),
               (Lines{"START res502(SUBTASK_ID,KD_VQ_SUBTASKS)", "DONE res102", "START res508(KD_VQ_SEQUENCE)",
                      "DONE res102", "START res501(KD_VQ_SUBTASKS_PARAMETERS)", "DONE res102",
                      "START res611(KD_VQ_SUBTASKS_PARAMETERS)", "START res501(KD_VQ_HISTORY)", "DONE res102",
                      "START res610(KD_VQ_HISTORY)", "START Updating history user name and id fields", "DONE res102",
                      "START res502(HAS_EDITS,KD_VQ_VERSIONS)", "DONE res102"}));
     // An empty subtask table starts the sequence at 1.
-    EXPECT_EQ(repo.Query("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE"), Lines{"'Vq_SubtaskID'|1|1"});
-    EXPECT_EQ(repo.Query("SELECT VERSION FROM KD_VQ_DB_VERSION"), Lines{"2860"});
+    EXPECT_EQ(repo.Rows("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE"), Lines{"'Vq_SubtaskID'|1|1"});
+    EXPECT_EQ(repo.Rows("SELECT VERSION FROM KD_VQ_DB_VERSION"), Lines{"2860"});
 }
 
 }  // namespace

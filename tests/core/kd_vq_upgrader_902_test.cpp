@@ -65,11 +65,11 @@ void WithHistory(ado::ScriptedProvider& p) {
     }
 }
 
-const Lines kNumbered = {Found(kSubtasks), "UPDATE KD_VQ_SUBTASKS #1 SET SUBTASK_ID=1",
+const Lines kNumbered = {Opened(kSubtasks), "UPDATE KD_VQ_SUBTASKS #1 SET SUBTASK_ID=1",
                          "UPDATE KD_VQ_SUBTASKS #2 SET SUBTASK_ID=2", "UPDATE KD_VQ_SUBTASKS #3 SET SUBTASK_ID=3"};
 
 Lines HistoryUpdated(bool quoteFails) {
-    Lines lines = {"START Updating history user name and id fields", Found(kUsers), "EXEC " + kAdminName,
+    Lines lines = {"START Updating history user name and id fields", Opened(kUsers), "EXEC " + kAdminName,
                    "EXEC " + kAdminId};
     if (quoteFails) {
         lines.insert(lines.end(), {"EXEC " + kQuotedName + " => ERROR 936", CommandFailure(1, kQuotedName),
@@ -82,20 +82,20 @@ Lines HistoryUpdated(bool quoteFails) {
 }
 
 Lines ExistingHistory(const std::string& addSubtaskId, const std::string& sequence) {
-    return Concat({{NotFound(kSubtaskIdProbe)},
-                   Ran("res502(SUBTASK_ID,KD_VQ_SUBTASKS)", addSubtaskId),
+    return Join({{Missing(kSubtaskIdProbe)},
+                   Step("res502(SUBTASK_ID,KD_VQ_SUBTASKS)", addSubtaskId),
                    kNumbered,
-                   Ran("res508(KD_VQ_SEQUENCE)", sequence),
-                   {Found(kParametersProbe), Found(kHistoryProbe)}});
+                   Step("res508(KD_VQ_SEQUENCE)", sequence),
+                   {Opened(kParametersProbe), Opened(kHistoryProbe)}});
 }
 
 // The end of a run whose user columns were there: the history filled and
 // HAS_EDITS added.
 Lines HistoryThenHasEdits(const std::string& addHasEdits, bool quoteFails) {
-    return Concat({{Found(kUserIdProbe), Found(kUserNameProbe)},
+    return Join({{Opened(kUserIdProbe), Opened(kUserNameProbe)},
                    HistoryUpdated(quoteFails),
-                   {NotFound(kHasEditsProbe)},
-                   Ran("res502(HAS_EDITS,KD_VQ_VERSIONS)", addHasEdits)});
+                   {Missing(kHasEditsProbe)},
+                   Step("res502(HAS_EDITS,KD_VQ_VERSIONS)", addHasEdits)});
 }
 
 void QuoteFails(ado::ScriptedProvider& p) {
@@ -105,60 +105,60 @@ void QuoteFails(ado::ScriptedProvider& p) {
 
 TEST(KDVqUpgrader902, ScriptedSituations) {
     const std::vector<ScriptedCase> cases = {
-        {"oracle, fresh 9.0.1 repository", kOracleProvider, 2703, Repository, Outcome::True,
-         Concat({{NotFound(kSubtaskIdProbe)},
-                 Ran("res502(SUBTASK_ID,KD_VQ_SUBTASKS)", kOraAddSubtaskId),
+        {"oracle, fresh 9.0.1 repository", kOracle, 2703, Repository, "True",
+         Join({{Missing(kSubtaskIdProbe)},
+                 Step("res502(SUBTASK_ID,KD_VQ_SUBTASKS)", kOraAddSubtaskId),
                  kNumbered,
-                 Ran("res508(KD_VQ_SEQUENCE)", OraSequence(4)),
-                 {NotFound(kParametersProbe)},
-                 Ran("res501(KD_VQ_SUBTASKS_PARAMETERS)", kOraCreateParameters),
-                 {"START res611(KD_VQ_SUBTASKS_PARAMETERS)", NotFound(kHistoryProbe)},
-                 Ran("res501(KD_VQ_HISTORY)", kOraCreateHistory),
-                 {"START res610(KD_VQ_HISTORY)", NotFound(kUserIdProbe)},
-                 Ran("res502(USER_ID,KD_VQ_HISTORY)", kOraAddUserId),
-                 {NotFound(kUserNameProbe)},
-                 Ran("res502(USER_NAME,KD_VQ_HISTORY)", kOraAddUserName),
+                 Step("res508(KD_VQ_SEQUENCE)", OraSequence(4)),
+                 {Missing(kParametersProbe)},
+                 Step("res501(KD_VQ_SUBTASKS_PARAMETERS)", kOraCreateParameters),
+                 {"START res611(KD_VQ_SUBTASKS_PARAMETERS)", Missing(kHistoryProbe)},
+                 Step("res501(KD_VQ_HISTORY)", kOraCreateHistory),
+                 {"START res610(KD_VQ_HISTORY)", Missing(kUserIdProbe)},
+                 Step("res502(USER_ID,KD_VQ_HISTORY)", kOraAddUserId),
+                 {Missing(kUserNameProbe)},
+                 Step("res502(USER_NAME,KD_VQ_HISTORY)", kOraAddUserName),
                  HistoryUpdated(false),
-                 {NotFound(kHasEditsProbe)},
-                 Ran("res502(HAS_EDITS,KD_VQ_VERSIONS)", kOraAddHasEdits),
+                 {Missing(kHasEditsProbe)},
+                 Step("res502(HAS_EDITS,KD_VQ_VERSIONS)", kOraAddHasEdits),
                  CoreVersionWritten(2860)})},
-        {"sql server at 2769 with a history table: EXTRA_DATA is recreated", kSqlServerProvider, 2769, WithHistory,
-         Outcome::True,
-         Concat({ExistingHistory(kSqlAddSubtaskId, SqlSequence(4)),
-                 Ran("res509(EXTRA_DATA,KD_VQ_HISTORY)", kDropExtraData),
-                 Ran("res502(EXTRA_DATA,KD_VQ_HISTORY)", kAddExtraData),
+        {"sql server at 2769 with a history table: EXTRA_DATA is recreated", kSqlServer, 2769, WithHistory,
+         "True",
+         Join({ExistingHistory(kSqlAddSubtaskId, SqlSequence(4)),
+                 Step("res509(EXTRA_DATA,KD_VQ_HISTORY)", kDropExtraData),
+                 Step("res502(EXTRA_DATA,KD_VQ_HISTORY)", kAddExtraData),
                  HistoryThenHasEdits(kSqlAddHasEdits, false),
                  CoreVersionWritten(2860)})},
-        {"sql server at 2768: EXTRA_DATA is kept", kSqlServerProvider, 2768, WithHistory, Outcome::True,
-         Concat({ExistingHistory(kSqlAddSubtaskId, SqlSequence(4)),
+        {"sql server at 2768: EXTRA_DATA is kept", kSqlServer, 2768, WithHistory, "True",
+         Join({ExistingHistory(kSqlAddSubtaskId, SqlSequence(4)),
                  HistoryThenHasEdits(kSqlAddHasEdits, false),
                  CoreVersionWritten(2860)})},
-        {"oracle at 2769: only SQL Server recreates EXTRA_DATA", kOracleProvider, 2769, WithHistory, Outcome::True,
-         Concat({ExistingHistory(kOraAddSubtaskId, OraSequence(4)),
+        {"oracle at 2769: only SQL Server recreates EXTRA_DATA", kOracle, 2769, WithHistory, "True",
+         Join({ExistingHistory(kOraAddSubtaskId, OraSequence(4)),
                  HistoryThenHasEdits(kOraAddHasEdits, false),
                  CoreVersionWritten(2860)})},
-        {"oracle, a quote in a user name: the others still run, 103", kOracleProvider, 2703,
+        {"oracle, a quote in a user name: the others still run, 103", kOracle, 2703,
          [](auto& p) {
              WithHistory(p);
              QuoteFails(p);
          },
-         Outcome::False,
-         Concat({ExistingHistory(kOraAddSubtaskId, OraSequence(4)),
+         "False",
+         Join({ExistingHistory(kOraAddSubtaskId, OraSequence(4)),
                  HistoryThenHasEdits(kOraAddHasEdits, true)})},
-        {"oracle, a failed SUBTASK_ID column: sequence 1, history still filled", kOracleProvider, 2703,
+        {"oracle, a failed SUBTASK_ID column: sequence 1, history still filled", kOracle, 2703,
          [](auto& p) {
              WithHistory(p);
              p.FailExecute(kOraAddSubtaskId, {1430});
          },
-         Outcome::False,
-         Concat({{NotFound(kSubtaskIdProbe)},
-                 RanFailing("res502(SUBTASK_ID,KD_VQ_SUBTASKS)", kOraAddSubtaskId, 1430, 1),
-                 Ran("res508(KD_VQ_SEQUENCE)", OraSequence(1)),
-                 {Found(kParametersProbe), Found(kHistoryProbe), Found(kUserIdProbe), Found(kUserNameProbe)},
+         "False",
+         Join({{Missing(kSubtaskIdProbe)},
+                 FailedStep("res502(SUBTASK_ID,KD_VQ_SUBTASKS)", kOraAddSubtaskId, 1430, 1),
+                 Step("res508(KD_VQ_SEQUENCE)", OraSequence(1)),
+                 {Opened(kParametersProbe), Opened(kHistoryProbe), Opened(kUserIdProbe), Opened(kUserNameProbe)},
                  HistoryUpdated(false),
-                 {NotFound(kHasEditsProbe)},
-                 Ran("res502(HAS_EDITS,KD_VQ_VERSIONS)", kOraAddHasEdits)})},
-        {"sql server, a failed column: the history is left alone", kSqlServerProvider, 2703,
+                 {Missing(kHasEditsProbe)},
+                 Step("res502(HAS_EDITS,KD_VQ_VERSIONS)", kOraAddHasEdits)})},
+        {"sql server, a failed column: the history is left alone", kSqlServer, 2703,
          [](auto& p) {
              Repository(p);
              p.AnswerQuery(kSubtaskIdProbe, Table({"SUBTASK_ID"}));
@@ -167,34 +167,34 @@ TEST(KDVqUpgrader902, ScriptedSituations) {
              p.FailExecute(kSqlAddUserId, {2705});
              p.AnswerQuery(kHasEditsProbe, Table({"HAS_EDITS"}));
          },
-         Outcome::False,
-         Concat({{Found(kSubtaskIdProbe), Found(kParametersProbe), Found(kHistoryProbe), NotFound(kUserIdProbe)},
-                 RanFailing("res502(USER_ID,KD_VQ_HISTORY)", kSqlAddUserId, 2705, 1),
-                 {NotFound(kUserNameProbe)},
-                 Ran("res502(USER_NAME,KD_VQ_HISTORY)", kSqlAddUserName),
-                 {Found(kHasEditsProbe)}})},
-        {"sql server, a quote in a user name decides the outcome", kSqlServerProvider, 2703,
+         "False",
+         Join({{Opened(kSubtaskIdProbe), Opened(kParametersProbe), Opened(kHistoryProbe), Missing(kUserIdProbe)},
+                 FailedStep("res502(USER_ID,KD_VQ_HISTORY)", kSqlAddUserId, 2705, 1),
+                 {Missing(kUserNameProbe)},
+                 Step("res502(USER_NAME,KD_VQ_HISTORY)", kSqlAddUserName),
+                 {Opened(kHasEditsProbe)}})},
+        {"sql server, a quote in a user name decides the outcome", kSqlServer, 2703,
          [](auto& p) {
              WithHistory(p);
              QuoteFails(p);
              p.AnswerQuery(kSubtaskIdProbe, Table({"SUBTASK_ID"}));
              p.AnswerQuery(kHasEditsProbe, Table({"HAS_EDITS"}));
          },
-         Outcome::False,
-         Concat({{Found(kSubtaskIdProbe), Found(kParametersProbe), Found(kHistoryProbe), Found(kUserIdProbe),
-                  Found(kUserNameProbe)},
+         "False",
+         Join({{Opened(kSubtaskIdProbe), Opened(kParametersProbe), Opened(kHistoryProbe), Opened(kUserIdProbe),
+                  Opened(kUserNameProbe)},
                  HistoryUpdated(true),
-                 {Found(kHasEditsProbe)}})},
-        {"oracle, no users: no completion message", kOracleProvider, 2703,
+                 {Opened(kHasEditsProbe)}})},
+        {"oracle, no users: no completion message", kOracle, 2703,
          [](auto& p) {
              WithHistory(p);
              p.AnswerQuery(kUsers, Table({"USER_ID", "USER_NAME"}));
          },
-         Outcome::True,
-         Concat({ExistingHistory(kOraAddSubtaskId, OraSequence(4)),
-                 {Found(kUserIdProbe), Found(kUserNameProbe), "START Updating history user name and id fields",
-                  Found(kUsers), NotFound(kHasEditsProbe)},
-                 Ran("res502(HAS_EDITS,KD_VQ_VERSIONS)", kOraAddHasEdits),
+         "True",
+         Join({ExistingHistory(kOraAddSubtaskId, OraSequence(4)),
+                 {Opened(kUserIdProbe), Opened(kUserNameProbe), "START Updating history user name and id fields",
+                  Opened(kUsers), Missing(kHasEditsProbe)},
+                 Step("res502(HAS_EDITS,KD_VQ_VERSIONS)", kOraAddHasEdits),
                  CoreVersionWritten(2860)})},
     };
     ExpectScripted(New_KDVqUpgrader902, cases);
@@ -209,18 +209,18 @@ TEST(KDVqUpgrader902, SubtaskCounterOverflowsAt32767) {
     };
     const std::vector<Case> cases = {
         {32766,
-         Concat({{"UPDATE KD_VQ_SUBTASKS #32766 SET SUBTASK_ID=32766"},
-                 Ran("res508(KD_VQ_SEQUENCE)", OraSequence(32767))})},
+         Join({{"UPDATE KD_VQ_SUBTASKS #32766 SET SUBTASK_ID=32766"},
+                 Step("res508(KD_VQ_SEQUENCE)", OraSequence(32767))})},
         {32767,
-         Concat({{"UPDATE KD_VQ_SUBTASKS #32767 SET SUBTASK_ID=32767",
+         Join({{"UPDATE KD_VQ_SUBTASKS #32767 SET SUBTASK_ID=32767",
                   HandlerFailure({"KDVqUpgrade902::SetSubtaskIDs"}, "Overflow")},
-                 Ran("res508(KD_VQ_SEQUENCE)", OraSequence(0))})},
+                 Step("res508(KD_VQ_SEQUENCE)", OraSequence(0))})},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.rows);
         TestHost host;
         ado::ScriptedProvider* p = nullptr;
-        auto connection = host.ScriptedConnection(kOracleProvider, &p);
+        auto connection = host.ScriptedConnection(kOracle, &p);
         p->SetUnknownQueriesSucceed(true);
         p->FailQuery(kSubtaskIdProbe);
         p->AnswerQuery(kSubtasks, Table({"SUBTASK_ID"}, std::vector<std::vector<Variant>>(c.rows, {Variant::Null()})));

@@ -24,8 +24,8 @@ std::string KeyText(const Key& k) { return std::string("res511(") + k.table + ")
 Lines KeysAdded(bool oracle, size_t count) {
     Lines lines;
     for (size_t i = 0; i < count; ++i) {
-        lines = Concat({lines, Ran(NotNullText(kKeys[i]), NotNull(kKeys[i], oracle)),
-                        Ran(KeyText(kKeys[i]), PrimaryKey(kKeys[i]))});
+        lines = Join({lines, Step(NotNullText(kKeys[i]), NotNull(kKeys[i], oracle)),
+                        Step(KeyText(kKeys[i]), PrimaryKey(kKeys[i]))});
     }
     return lines;
 }
@@ -34,31 +34,31 @@ const Script VersionRow = CoreRepository(4039);
 
 TEST(KDVqUpgrader93rev2, ScriptedSituations) {
     const std::vector<ScriptedCase> cases = {
-        {"oracle, no keys yet", kOracleProvider, 4039, VersionRow, Outcome::True,
-         Concat({KeysAdded(true, 8), {"DONE res102"}, CoreVersionWritten(4866)})},
-        {"sql server, no keys yet", kSqlServerProvider, 4865, VersionRow, Outcome::True,
-         Concat({KeysAdded(false, 8), {"DONE res102"}, CoreVersionWritten(4866)})},
-        {"oracle, a key already there", kOracleProvider, 4039,
+        {"oracle, no keys yet", kOracle, 4039, VersionRow, "True",
+         Join({KeysAdded(true, 8), {"DONE res102"}, CoreVersionWritten(4866)})},
+        {"sql server, no keys yet", kSqlServer, 4865, VersionRow, "True",
+         Join({KeysAdded(false, 8), {"DONE res102"}, CoreVersionWritten(4866)})},
+        {"oracle, a key already there", kOracle, 4039,
          [](auto& p) {
              VersionRow(p);
              p.FailExecute(NotNull(kKeys[1], true), {1442});
              p.FailExecute(PrimaryKey(kKeys[1]), {2260});
          },
-         Outcome::True,
-         Concat({KeysAdded(true, 1),
-                 RanFailing(NotNullText(kKeys[1]), NotNull(kKeys[1], true), 1442, 2),
-                 RanFailing(KeyText(kKeys[1]), PrimaryKey(kKeys[1]), 2260, 2),
+         "True",
+         Join({KeysAdded(true, 1),
+                 FailedStep(NotNullText(kKeys[1]), NotNull(kKeys[1], true), 1442, 2),
+                 FailedStep(KeyText(kKeys[1]), PrimaryKey(kKeys[1]), 2260, 2),
                  From(KeysAdded(true, 8), 12),
                  {"DONE res102"},
                  CoreVersionWritten(4866)})},
-        {"sql server, duplicate ids stop the keys", kSqlServerProvider, 4039,
+        {"sql server, duplicate ids stop the keys", kSqlServer, 4039,
          [](auto& p) {
              VersionRow(p);
              p.FailExecute(PrimaryKey(kKeys[2]), {1505});
          },
-         Outcome::False,
-         Concat({KeysAdded(false, 2), Ran(NotNullText(kKeys[2]), NotNull(kKeys[2], false)),
-                 RanFailing(KeyText(kKeys[2]), PrimaryKey(kKeys[2]), 1505, 1)})},
+         "False",
+         Join({KeysAdded(false, 2), Step(NotNullText(kKeys[2]), NotNull(kKeys[2], false)),
+                 FailedStep(KeyText(kKeys[2]), PrimaryKey(kKeys[2]), 1505, 1)})},
     };
     ExpectScripted(New_KDVqUpgrader93rev2, cases);
 }

@@ -68,20 +68,6 @@ TEST(UpgraderSkeleton, ProviderTextChoosesTheDialect) {
     }
 }
 
-TEST(UpgraderSkeleton, EnabledBelowTheThresholdOnly) {
-    const std::vector<std::pair<int32_t, bool>> cases = {{1205, true}, {1206, false}, {1207, false}, {-1, true}};
-    for (const auto& [version, enabled] : cases) {
-        SCOPED_TRACE(version);
-        testing::TestHost host;
-        auto connection = host.ScriptedConnection("SQLOLEDB");
-        auto upgrader = SampleUpgrader::New();
-        EXPECT_EQ(CallEnabled(upgrader.Get(), host.Login(connection.Get(), "P_").Get(), version), enabled);
-        // The login is read whatever the answer, for a later Execute.
-        EXPECT_EQ(upgrader->GetConnection(), connection.Get());
-        EXPECT_EQ(upgrader->GetTablePrefix(), "P_");
-    }
-}
-
 TEST(UpgraderSkeleton, FailedRoutineWritesNoVersion) {
     testing::TestHost host;
     ado::ScriptedProvider* provider = nullptr;

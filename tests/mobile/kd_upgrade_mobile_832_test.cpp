@@ -62,11 +62,7 @@ Golden MoveStarts() {
         .Open("SELECT * FROM KD_MOBILE_STATE");
 }
 
-Golden VersionWritten() {
-    return Golden()
-        .Open("select VERSION from KD_MOBILE_DB_VERSION")
-        .Line("UPDATE KD_MOBILE_DB_VERSION #1 SET VERSION=1601");
-}
+Lines VersionWritten() { return VersionRowWritten("KD_MOBILE_DB_VERSION", 1601); }
 
 class MobileUpgrade832 : public ::testing::TestWithParam<Case832> {};
 

@@ -27,11 +27,7 @@ const std::string kPacketStateText = "Adding PACKET_STATE column to KD_MOBILE_ST
 const std::string kReset = "UPDATE KD_MOBILE_STATE SET PACKET_STATE=0";
 const std::string kResetText = "Updating PACKET_STATE column in KD_MOBILE_STATE table";
 
-Golden Versions(int32_t written) {
-    return Golden()
-        .Open("select VERSION from KD_MOBILE_DB_VERSION")
-        .Line("UPDATE KD_MOBILE_DB_VERSION #1 SET VERSION=" + std::to_string(written));
-}
+Lines Versions(int32_t written) { return VersionRowWritten("KD_MOBILE_DB_VERSION", written); }
 
 Golden Enabled() { return Golden().Open("select VERSION from KD_MOBILE_DB_VERSION"); }
 

@@ -10,7 +10,6 @@
 namespace {
 
 using kdvq::testing::ExecAll;
-using kdvq::testing::QueryRows;
 using Rows = std::vector<std::string>;
 
 const std::string kFailed = std::to_string(ado::adErrCommandFailed);
@@ -117,43 +116,6 @@ TEST(AdoConnection, SuccessClearsErrors) {
     cn->Execute("CREATE TABLE T (A INT);");
     EXPECT_EQ(cn->GetErrors().Count(), 0);
 }
-
-// One row per transaction ending: what another connection sees.
-struct TransactionCase {
-    const char* name;
-    bool commit;
-    Rows expected;
-};
-
-class AdoTransaction : public ::testing::TestWithParam<TransactionCase> {};
-
-TEST_P(AdoTransaction, EndsAsAsked) {
-    kdvq::testing::TempDir dir;
-    com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(dir.File("t.db"));
-    ExecAll(cn.Get(), "CREATE TABLE T (ID INT)");
-    com::ComPtr<ado::Connection> other = kdvq::testing::OpenSqlite(dir.File("t.db"));
-    EXPECT_EQ(cn->BeginTrans(), 1);
-    EXPECT_TRUE(cn->InTransaction());
-    cn->Execute("INSERT INTO T VALUES (1)");
-    com::ComPtr<ado::Recordset> rs = ado_test::OpenEditable(cn.Get(), "SELECT ID FROM T");
-    rs->AddNew();
-    rs->Set("ID", 2);
-    rs->Update();
-    EXPECT_EQ(QueryRows(other.Get(), "SELECT ID FROM T"), Rows{});  // nothing before the end
-    if (GetParam().commit)
-        cn->CommitTrans();
-    else
-        cn->RollbackTrans();
-    EXPECT_FALSE(cn->InTransaction());
-    EXPECT_EQ(QueryRows(other.Get(), "SELECT ID FROM T ORDER BY ID"), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(Ado, AdoTransaction,
-                         ::testing::Values(TransactionCase{"commit", true, {"1", "2"}},
-                                           TransactionCase{"rollback", false, {}}),
-                         [](const ::testing::TestParamInfo<TransactionCase>& info) {
-                             return std::string(info.param.name);
-                         });
 
 TEST(AdoConnection, TransactionMisuse) {
     kdvq::testing::TempDir dir;

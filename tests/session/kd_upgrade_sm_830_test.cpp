@@ -55,11 +55,7 @@ Golden BothTablesFound() {
     return Golden().Open("SELECT * FROM KD_VQ_VERSIONS").Open("SELECT * FROM KD_SESSION_VERSIONS");
 }
 
-Golden VersionWritten(const std::string& prefix = "") {
-    return Golden()
-        .Open("select VERSION from " + prefix + "KD_SESSION_DB_VERSION")
-        .Line("UPDATE " + prefix + "KD_SESSION_DB_VERSION #1 SET VERSION=1206");
-}
+Lines VersionWritten(const std::string& prefix = "") { return VersionRowWritten(prefix + "KD_SESSION_DB_VERSION", 1206); }
 
 Golden FreshOracle() {
     return Enabled("", false)

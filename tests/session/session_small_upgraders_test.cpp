@@ -36,11 +36,7 @@ Golden Enabled(bool checksTables) {
     return g.Open("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS").Open("select VERSION from KD_SESSION_DB_VERSION");
 }
 
-Golden Written(int32_t version) {
-    return Golden()
-        .Open("select VERSION from KD_SESSION_DB_VERSION")
-        .Line("UPDATE KD_SESSION_DB_VERSION #1 SET VERSION=" + std::to_string(version));
-}
+Lines Written(int32_t version) { return VersionRowWritten("KD_SESSION_DB_VERSION", version); }
 
 Golden KeyAdded(const std::string& notNull, int32_t notNullError, int32_t keyError) {
     Golden g;

@@ -1,30 +1,40 @@
 #pragma once
-// Running an upgrader the way the host does, over a scripted repository or
-// a real SQLite file, for the session and mobile upgrader tests.
+// Running a session or mobile upgrader over a scripted repository, and the
+// expected transcripts built line by line.
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "framework/upgrader_base.h"
-#include "library/class_table.h"
-#include "tests/session/golden.h"
+#include "framework/mod_main.h"
 #include "tests/session/scripted_repository.h"
-#include "tests/support/test_host.h"
+#include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {
 
-// Enabled, then Execute when it answered true; the outcome as the host
-// sees it: "not enabled", "True", "False" or "raised".
-inline std::string EnableAndExecute(TestHost& host, UpgraderBase* upgrader, ado::Connection* connection,
-                                    const std::string& prefix, int32_t coreVersion) {
-    if (!CallEnabled(upgrader, host.Login(connection, prefix).Get(), coreVersion)) return "not enabled";
-    try {
-        return CallExecute(upgrader, host.Callback().Get()) ? "True" : "False";
-    } catch (const automation::BasicError&) {
-        return "raised";
+// An expected transcript; the helpers add the lines that one call of a
+// shared routine produces.
+class Golden {
+public:
+    Golden& Line(const std::string& line) { return Add({line}); }
+    Golden& Open(const std::string& sql) { return Line(Opened(sql)); }
+    Golden& Missing(const std::string& sql) { return Line(testing::Missing(sql)); }
+    Golden& Start(const std::string& text) { return Line("START " + text); }
+    Golden& Step(const std::string& progress, const std::string& sql) { return Add(testing::Step(progress, sql)); }
+    // Tolerated native errors are logged at level 2.
+    Golden& FailedStep(const std::string& progress, const std::string& sql, int32_t nativeError) {
+        return Add(testing::FailedStep(progress, sql, nativeError, IsToleratedNativeError(nativeError) ? 2 : 1));
     }
-}
+    Golden& Add(const Golden& more) { return Add(more.lines_); }
+    Golden& Add(const testing::Lines& more) {
+        lines_.insert(lines_.end(), more.begin(), more.end());
+        return *this;
+    }
+    const testing::Lines& Lines() const { return lines_; }
+
+private:
+    testing::Lines lines_;
+};
 
 // A host with a connection over a scripted repository.
 struct ScriptedRun {
@@ -37,8 +47,7 @@ struct ScriptedRun {
     // Runs a new upgrader and compares the outcome and the whole transcript.
     void Expect(UpgraderPtr (*create)(), const std::string& prefix, int32_t coreVersion, const std::string& outcome,
                 const Golden& expected) {
-        UpgraderPtr up = create();
-        EXPECT_EQ(EnableAndExecute(host, up.Get(), cn.Get(), prefix, coreVersion), outcome);
+        EXPECT_EQ(EnableAndExecute(host, create().Get(), cn.Get(), prefix, coreVersion), outcome);
         EXPECT_EQ(host.Log().Lines(), expected.Lines());
     }
 
@@ -46,22 +55,6 @@ struct ScriptedRun {
     ado::ScriptedProvider* provider = nullptr;
     com::ComPtr<ado::Connection> cn;
     ScriptedRepository repo;
-};
-
-// A host with a SQLite repository file made from statements.
-struct SqliteRun {
-    explicit SqliteRun(const std::string& statements) : cn(OpenSqlite(dir.File("repository.db"))) {
-        ExecAll(cn.Get(), statements);
-    }
-    std::string Run(UpgraderPtr (*create)(), int32_t coreVersion) {
-        UpgraderPtr up = create();
-        return EnableAndExecute(host, up.Get(), cn.Get(), "", coreVersion);
-    }
-    std::vector<std::string> Rows(const std::string& sql) { return QueryRows(cn.Get(), sql); }
-
-    TestHost host;
-    TempDir dir;
-    com::ComPtr<ado::Connection> cn;
 };
 
 }  // namespace kdvq::testing

@@ -87,44 +87,44 @@ Lines FreshRun(bool oracle) {
 TEST(KDUpgradeWFM830, ScriptedSituations) {
     const std::vector<Situation> table = {
         {"oracle, fresh workflow tables", kOracle,
-         [](auto& p, auto&) { WithoutVersionTable(p, "create table KD_WMS_DB_VERSION (VERSION number(38))"); }, true,
+         [](auto& p) { WithoutVersionTable(p, "create table KD_WMS_DB_VERSION (VERSION number(38))"); }, "True",
          FreshRun(true)},
         {"sql server, fresh workflow tables", kSqlServer,
-         [](auto& p, auto&) { WithoutVersionTable(p, "create table KD_WMS_DB_VERSION (VERSION INT)"); }, true,
+         [](auto& p) { WithoutVersionTable(p, "create table KD_WMS_DB_VERSION (VERSION INT)"); }, "True",
          FreshRun(false)},
         {"oracle, complete tables: only the version copy runs again", kOracle,
-         [](auto& p, auto&) { Complete(p); }, true,
+         [](auto& p) { Complete(p); }, "True",
          Join({EnabledLines(), {Opened("SELECT * FROM KD_WMS_DB_VERSION")}, kVersionTablesPresent,
                Step(kCopyText, kOracleCopy), kAllColumnsPresent, VersionWritten(1206)})},
         {"sql server, a failed copy ends the run at once", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Complete(p);
              p.FailExecute(kSqlServerCopy, {208});
          },
-         false,
+         "False",
          Join({EnabledLines(), {Opened("SELECT * FROM KD_WMS_DB_VERSION")}, kVersionTablesPresent,
                FailedStep(kCopyText, kSqlServerCopy, 208, 1)})},
         {"oracle, failed create: no table-created text, the row still inserted", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Complete(p);
              p.FailQuery("select VERSION from KD_WMS_DB_VERSION");
              p.FailQuery("SELECT * FROM KD_WMS_DB_VERSION");
              p.FailExecute("create table KD_WMS_DB_VERSION (VERSION number(38))", {1031});
          },
-         false,
+         "False",
          Join({kFreshEnabled,
                {Missing("SELECT * FROM KD_WMS_DB_VERSION")},
                FailedStep("res501(KD_WMS_DB_VERSION)", "create table KD_WMS_DB_VERSION (VERSION number(38))", 1031, 1),
                Step("res504(KD_WMS_DB_VERSION)", "insert into KD_WMS_DB_VERSION values (1)"), kVersionTablesPresent,
                Step(kCopyText, kOracleCopy), kAllColumnsPresent})},
         {"sql server, failed CODE column: no initialisations, later columns still added", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Complete(p);
              p.FailQuery("select CODE from KD_WMS_COST_FACTOR");
              p.FailQuery("select DISPLAY_NAME from KD_WMS_COST_FACTOR_TYPE");
              p.FailExecute("Alter table KD_WMS_COST_FACTOR add CODE INT", {1911});
          },
-         false,
+         "False",
          Join({EnabledLines(), {Opened("SELECT * FROM KD_WMS_DB_VERSION")}, kVersionTablesPresent,
                Step(kCopyText, kSqlServerCopy), {Missing("select CODE from KD_WMS_COST_FACTOR")},
                FailedStep("res502(CODE,KD_WMS_COST_FACTOR)", "Alter table KD_WMS_COST_FACTOR add CODE INT", 1911, 1),
@@ -133,12 +133,12 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
                     "Alter table KD_WMS_COST_FACTOR_TYPE add DISPLAY_NAME VARCHAR(128)"),
                Lines(kAllColumnsPresent.begin() + 2, kAllColumnsPresent.end())})},
         {"oracle, CODE column already there by a tolerated error: still initialised", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Complete(p);
              p.FailQuery("select CODE from KD_WMS_COST_FACTOR");
              p.FailExecute("Alter table KD_WMS_COST_FACTOR add CODE NUMBER(38)", {1442});
          },
-         true,
+         "True",
          Join({EnabledLines(), {Opened("SELECT * FROM KD_WMS_DB_VERSION")}, kVersionTablesPresent,
                Step(kCopyText, kOracleCopy), {Missing("select CODE from KD_WMS_COST_FACTOR")},
                FailedStep("Adding CODE column to KD_WMS_COST_FACTOR table",
@@ -146,11 +146,11 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
                Step("Initializing CODE column of KD_WMS_COST_FACTOR table", "Update KD_WMS_COST_FACTOR set CODE = ID"),
                Lines(kAllColumnsPresent.begin() + 1, kAllColumnsPresent.end()), VersionWritten(1206)})},
         {"oracle with a table prefix: only the version tables and the copy carry it", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              WorkflowRepository(p, 1200, "WF_");
              p.SetUnknownQueriesSucceed(true);
          },
-         true,
+         "True",
          Join({EnabledLines("WF_"),
                {Opened("SELECT * FROM KD_WMS_DB_VERSION")},
                kVersionTablesPresent,
@@ -167,10 +167,7 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
 // Against a real database: the copy is repeated by a second run, the codes
 // are initialised only by the run that adds their column.
 TEST(KDUpgradeWFM830, RerunCopiesVersionsAgainButKeepsCodes) {
-    TestHost host;
-    TempDir dir;
-    auto cn = OpenSqlite(dir.File("repo.db"));
-    ExecAll(cn.Get(),
+    SqliteRun run(
             "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
             "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
             "CREATE TABLE KD_VQ_VERSIONS (node_type_id INT, node_id INT, base VARCHAR(32), name VARCHAR(32), "
@@ -186,20 +183,19 @@ TEST(KDUpgradeWFM830, RerunCopiesVersionsAgainButKeepsCodes) {
             "CREATE TABLE KD_WMS_WORK_REQUEST (ID INT)");
 
     UpgraderPtr up = New_KDUpgradeWFM830();
-    ASSERT_TRUE(CallEnabled(up.Get(), host.Login(cn.Get()).Get(), 1206));
-    ASSERT_TRUE(CallExecute(up.Get(), host.Callback().Get()));
-    ExecAll(cn.Get(), "UPDATE KD_WMS_COST_FACTOR SET CODE = 50;\nUPDATE KD_WMS_COST_FACTOR_TYPE SET DISPLAY_NAME = 'Crew'");
-    ASSERT_TRUE(CallExecute(up.Get(), host.Callback().Get()));
+    ASSERT_EQ(EnableAndExecute(run.host, up.Get(), run.cn.Get(), "", 1206), "True");
+    ExecAll(run.cn.Get(), "UPDATE KD_WMS_COST_FACTOR SET CODE = 50;\nUPDATE KD_WMS_COST_FACTOR_TYPE SET DISPLAY_NAME = 'Crew'");
+    ASSERT_TRUE(CallExecute(up.Get(), run.host.Callback().Get()));
 
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT node_id, base, name, description, status, ver_access, user_name, created "
+    EXPECT_EQ(run.Rows("SELECT node_id, base, name, description, status, ver_access, user_name, created "
                                   "FROM KD_VQ_VERSIONS"),
-              (std::vector<std::string>{"11|'SDE.DEFAULT'|'design 11'|'first'|1|2|'ann'|7",
+              (Lines{"11|'SDE.DEFAULT'|'design 11'|'first'|1|2|'ann'|7",
                                         "11|'SDE.DEFAULT'|'design 11'|'first'|1|2|'ann'|7"}));
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT COUNT(*) FROM KD_WMS_VERSIONS"), (std::vector<std::string>{"1"}));
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT ID, CODE FROM KD_WMS_COST_FACTOR"), (std::vector<std::string>{"5|50"}));
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT NAME, DISPLAY_NAME FROM KD_WMS_COST_FACTOR_TYPE"),
-              (std::vector<std::string>{"'Labour'|'Crew'"}));
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT VERSION FROM KD_WMS_DB_VERSION"), (std::vector<std::string>{"1206"}));
+    EXPECT_EQ(run.Rows("SELECT COUNT(*) FROM KD_WMS_VERSIONS"), (Lines{"1"}));
+    EXPECT_EQ(run.Rows("SELECT ID, CODE FROM KD_WMS_COST_FACTOR"), (Lines{"5|50"}));
+    EXPECT_EQ(run.Rows("SELECT NAME, DISPLAY_NAME FROM KD_WMS_COST_FACTOR_TYPE"),
+              (Lines{"'Labour'|'Crew'"}));
+    EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), (Lines{"1206"}));
 }
 
 TEST(KDUpgradeWFM830, GetWFMDBVersionSeedsAnEmptyTable) {
@@ -217,16 +213,13 @@ TEST(KDUpgradeWFM830, GetWFMDBVersionSeedsAnEmptyTable) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        TestHost host;
-        TempDir dir;
-        auto cn = OpenSqlite(dir.File("repo.db"));
-        ExecAll(cn.Get(), c.setup);
+        SqliteRun run(c.setup);
         auto up = com::ComPtr<KDUpgradeWFM830>(new KDUpgradeWFM830());
-        EXPECT_EQ(up->GetWFMDBVersion(cn.Get()), c.expected);
+        EXPECT_EQ(up->GetWFMDBVersion(run.cn.Get()), c.expected);
         if (c.expected != 0) {
-            EXPECT_EQ(QueryRows(cn.Get(), "SELECT VERSION FROM KD_WMS_DB_VERSION"), c.rowsAfter);
+            EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), c.rowsAfter);
         }
-        EXPECT_EQ(host.Log().Lines(), Lines{});
+        EXPECT_EQ(run.host.Log().Lines(), Lines{});
     }
 }
 

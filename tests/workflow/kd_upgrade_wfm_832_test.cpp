@@ -57,23 +57,23 @@ Lines FreshRun(bool oracle) {
 TEST(KDUpgradeWFM832, ScriptedSituations) {
     const std::vector<Situation> table = {
         {"oracle, fresh columns: the repository id goes into every design", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Repository(p, "REPO-7");
              FreshColumns(p, "Alter table KD_WMS_DESIGN add DATABASE_ID VARCHAR2(64)");
          },
-         true, FreshRun(true)},
+         "True", FreshRun(true)},
         {"sql server, fresh columns: the repository id goes into every design", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Repository(p, "REPO-7");
              FreshColumns(p, "Alter table KD_WMS_DESIGN add DATABASE_ID VARCHAR(64)");
          },
-         true, FreshRun(false)},
+         "True", FreshRun(false)},
         {"sql server with a prefix: only the id copy names the prefixed tables", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Repository(p, "R1", "P_");
              p.SetUnknownQueriesSucceed(true);
          },
-         true,
+         "True",
          Join({Enabled832("P_"), kAllColumnsPresent,
                {Opened("select DATABASE_ID from P_KD_VQ_DB_VERSION"), Opened("SELECT * FROM P_KD_VQ_DB_VERSION"),
                 Opened("select DATABASE_ID from P_KD_WMS_DESIGN")},
@@ -81,32 +81,32 @@ TEST(KDUpgradeWFM832, ScriptedSituations) {
                VersionWritten(1601, "P_")}),
          "P_"},
         {"oracle, no DATABASE_ID in the core version table: designs untouched", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Repository(p, "unused");
              p.SetUnknownQueriesSucceed(true);
              p.FailQuery("select DATABASE_ID from KD_VQ_DB_VERSION");
          },
-         true,
+         "True",
          Join({Enabled832(), kAllColumnsPresent, {Missing("select DATABASE_ID from KD_VQ_DB_VERSION")},
                kLaterColumnsPresent, VersionWritten(1601)})},
         {"oracle, Null id: designs untouched", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Repository(p, Variant::Null());
              p.SetUnknownQueriesSucceed(true);
          },
-         true,
+         "True",
          Join({Enabled832(), kAllColumnsPresent,
                {Opened("select DATABASE_ID from KD_VQ_DB_VERSION"), Opened("SELECT * FROM KD_VQ_DB_VERSION")},
                kLaterColumnsPresent, VersionWritten(1601)})},
         {"sql server, a failed column: later steps still run, no version", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Repository(p, Variant::Null());
              p.SetUnknownQueriesSucceed(true);
              p.FailQuery("select WORKSPACE_DB_PROPERTIES from KD_WMS_DESIGN");
              p.FailQuery("select UNIQUE_ID from KD_WMS_WORK_REQUEST");
              p.FailExecute("Alter table KD_WMS_DESIGN add WORKSPACE_DB_PROPERTIES VARCHAR(255)", {4902});
          },
-         false,
+         "False",
          Join({Enabled832(),
                {Missing("select WORKSPACE_DB_PROPERTIES from KD_WMS_DESIGN")},
                FailedStep("Adding WORKSPACE_DB_PROPERTIES column to KD_WMS_DESIGN table",
@@ -117,12 +117,12 @@ TEST(KDUpgradeWFM832, ScriptedSituations) {
                Step("Adding UNIQUE_ID column to KD_WMS_WORK_REQUEST table",
                     "Alter table KD_WMS_WORK_REQUEST add UNIQUE_ID VARCHAR(64)")})},
         {"sql server, the id cannot be read: raised under the Oracle routine's tag", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Repository(p, "unused");
              p.SetUnknownQueriesSucceed(true);
              p.FailQuery("SELECT * FROM KD_VQ_DB_VERSION");
          },
-         false,
+         "raised",
          Join({Enabled832(), kAllColumnsPresent,
                {Opened("select DATABASE_ID from KD_VQ_DB_VERSION"), Missing("SELECT * FROM KD_VQ_DB_VERSION")},
                RaisedThrough(kExecuteTag, "KDUpgradeWFM832::UpgradeOracle", "table or view does not exist")}),
@@ -150,9 +150,6 @@ TEST(KDUpgradeWFM832, DatabaseIdCopiedIntoDesigns) {
         {"empty id", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
                      "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, '')",
          "", {"1|Null", "2|Null"}},
-        {"an id", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
-                  "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, 'Repo 2024-A')",
-         "", {"1|'Repo 2024-A'", "2|'Repo 2024-A'"}},
         {"an id overwrites what designs held", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
                                                "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, 'NEW')",
          "ALTER TABLE KD_WMS_DESIGN ADD DATABASE_ID VARCHAR(64);\nUPDATE KD_WMS_DESIGN SET DATABASE_ID = 'OLD' WHERE ID = 1",
@@ -160,30 +157,21 @@ TEST(KDUpgradeWFM832, DatabaseIdCopiedIntoDesigns) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        TestHost host;
-        TempDir dir;
-        auto cn = OpenSqlite(dir.File("repo.db"));
-        ExecAll(cn.Get(),
-                "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
-                "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
-                "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT);\n"
-                "INSERT INTO KD_WMS_DB_VERSION VALUES (1206);\n"
-                "CREATE TABLE KD_WMS_DESIGN (ID INT);\n"
-                "INSERT INTO KD_WMS_DESIGN VALUES (1);\n"
-                "INSERT INTO KD_WMS_DESIGN VALUES (2);\n"
-                "CREATE TABLE KD_WMS_WORK_REQUEST (ID INT)");
-        ExecAll(cn.Get(), c.coreVersionTable);
-        if (*c.designColumn) ExecAll(cn.Get(), c.designColumn);
-
-        UpgraderPtr up = New_KDUpgradeWFM832();
-        ASSERT_TRUE(CallEnabled(up.Get(), host.Login(cn.Get()).Get(), 1601));
-        EXPECT_TRUE(CallExecute(up.Get(), host.Callback().Get()));
-        EXPECT_EQ(QueryRows(cn.Get(), "SELECT ID, DATABASE_ID FROM KD_WMS_DESIGN ORDER BY ID"), c.designs);
-        EXPECT_EQ(QueryRows(cn.Get(), "SELECT WORKSPACE_DB_PROPERTIES, ENTERPRISE_ID FROM KD_WMS_DESIGN WHERE ID = 1"),
-                  (std::vector<std::string>{"Null|Null"}));
-        EXPECT_EQ(QueryRows(cn.Get(), "SELECT ENTERPRISE_ID, UNIQUE_ID FROM KD_WMS_WORK_REQUEST"),
-                  std::vector<std::string>{});
-        EXPECT_EQ(QueryRows(cn.Get(), "SELECT VERSION FROM KD_WMS_DB_VERSION"), (std::vector<std::string>{"1601"}));
+        SqliteRun run(std::string("CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
+                                  "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
+                                  "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT);\n"
+                                  "INSERT INTO KD_WMS_DB_VERSION VALUES (1206);\n"
+                                  "CREATE TABLE KD_WMS_DESIGN (ID INT);\n"
+                                  "INSERT INTO KD_WMS_DESIGN VALUES (1);\n"
+                                  "INSERT INTO KD_WMS_DESIGN VALUES (2);\n"
+                                  "CREATE TABLE KD_WMS_WORK_REQUEST (ID INT);\n") +
+                      c.coreVersionTable + ";\n" + c.designColumn);
+        EXPECT_EQ(run.Run(New_KDUpgradeWFM832, 1601), "True");
+        EXPECT_EQ(run.Rows("SELECT ID, DATABASE_ID FROM KD_WMS_DESIGN ORDER BY ID"), c.designs);
+        EXPECT_EQ(run.Rows("SELECT WORKSPACE_DB_PROPERTIES, ENTERPRISE_ID FROM KD_WMS_DESIGN WHERE ID = 1"),
+                  Lines{"Null|Null"});
+        EXPECT_EQ(run.Rows("SELECT ENTERPRISE_ID, UNIQUE_ID FROM KD_WMS_WORK_REQUEST"), Lines{});
+        EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), Lines{"1601"});
     }
 }
 

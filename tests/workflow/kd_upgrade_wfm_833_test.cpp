@@ -94,30 +94,30 @@ Lines FreshRun(bool oracle) {
 TEST(KDUpgradeWFM833, ScriptedSituations) {
     const std::vector<Situation> table = {
         {"oracle, fresh: the packet column dropped although its constraint is missing", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Repository(p);
              p.AnswerQuery("select MOBILE_PACKET_ID from KD_WMS_DESIGN", {});
              p.FailExecute(kDropConstraint, {2443}, "cannot drop nonexistent constraint");
          },
-         true, FreshRun(true)},
+         "True", FreshRun(true)},
         {"sql server, fresh: no widening", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Repository(p);
              p.AnswerQuery("select MOBILE_PACKET_ID from KD_WMS_DESIGN", {});
          },
-         true, FreshRun(false)},
-        {"oracle, design types already there: no create, no rows", kOracle, [](auto& p, auto&) { Complete(p); }, true,
+         "True", FreshRun(false)},
+        {"oracle, design types already there: no create, no rows", kOracle, [](auto& p) { Complete(p); }, "True",
          Join({Enabled833(),
                {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
                 Opened("SELECT * FROM KD_WMS_DESIGN_TYPE"), Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
                kSubtasks, kWidening, DatabaseIdCopied(), VersionWritten(2408)})},
         {"sql server, failed create: no table-created text, the rows still inserted", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Complete(p);
              p.FailQuery("SELECT * FROM KD_WMS_DESIGN_TYPE");
              p.FailExecute("create table KD_WMS_DESIGN_TYPE (ID INT, DESIGN_TYPE VARCHAR(64))", {2714});
          },
-         false,
+         "False",
          Join({Enabled833(),
                {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
                 Missing("SELECT * FROM KD_WMS_DESIGN_TYPE")},
@@ -127,14 +127,14 @@ TEST(KDUpgradeWFM833, ScriptedSituations) {
                {Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
                kSubtasks, DatabaseIdCopied()})},
         {"sql server with a prefix: the design tests, drops and id copy carry it", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Repository(p, "P_");
              p.AnswerQuery("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION", {});
              p.AnswerQuery("select MOBILE_PACKET_ID from P_KD_WMS_DESIGN", {});
              p.AnswerQuery("SELECT * FROM P_KD_WMS_DESIGN_TYPE", {});
              p.AnswerQuery("select DESIGN_TYPE_ID from P_KD_WMS_DESIGN", {});
          },
-         true,
+         "True",
          Join({Enabled833("P_"),
                {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Opened("select MOBILE_PACKET_ID from P_KD_WMS_DESIGN"),
                 "EXEC Alter table P_KD_WMS_DESIGN drop constraint MOBILE_PACKET_ID"},
@@ -144,21 +144,21 @@ TEST(KDUpgradeWFM833, ScriptedSituations) {
                kSubtasks, DatabaseIdCopied("P_"), VersionWritten(2408, "P_")}),
          "P_"},
         {"oracle, no repository id to copy: the run answers False", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Complete(p);
              p.FailQuery("select DATABASE_ID from KD_VQ_DB_VERSION");
          },
-         false,
+         "False",
          Join({Enabled833(),
                {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
                 Opened("SELECT * FROM KD_WMS_DESIGN_TYPE"), Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
                kSubtasks, kWidening, {Missing("select DATABASE_ID from KD_VQ_DB_VERSION")}})},
         {"sql server, the id copy fails: raised under the SQL Server routine's tag", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              Complete(p);
              p.FailQuery("SELECT * FROM KD_VQ_DB_VERSION");
          },
-         false,
+         "raised",
          Join({Enabled833(),
                {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
                 Opened("SELECT * FROM KD_WMS_DESIGN_TYPE"), Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
@@ -195,11 +195,7 @@ TEST(KDUpgradeWFM833, RealRepositoryWithDesignTypes) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        TestHost host;
-        TempDir dir;
-        auto cn = OpenSqlite(dir.File("repo.db"));
-        ExecAll(cn.Get(),
-                "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
+        SqliteRun run(std::string("CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
                 "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
                 "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
                 "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, 'R1');\n"
@@ -211,18 +207,15 @@ TEST(KDUpgradeWFM833, RealRepositoryWithDesignTypes) {
                 "CREATE TABLE KD_VQ_SUBTASKS (SUBTASK_ID INT, SUBTASK_OBJECT VARCHAR(128));\n"
                 "INSERT INTO KD_VQ_SUBTASKS VALUES (1, 'kdWorkflowSubtasks.clsMobileSync');\n"
                 "INSERT INTO KD_VQ_SUBTASKS VALUES (2, 'kdWorkflowSubtasks.clsEnterpriseUpdate');\n"
-                "INSERT INTO KD_VQ_SUBTASKS VALUES (3, 'kdWorkflowSubtasks.clsMobileUpdate')");
-        if (*c.designTypes) ExecAll(cn.Get(), c.designTypes);
-
-        UpgraderPtr up = New_KDUpgradeWFM833();
-        ASSERT_TRUE(CallEnabled(up.Get(), host.Login(cn.Get()).Get(), 1926));
-        EXPECT_TRUE(CallExecute(up.Get(), host.Callback().Get()));
-        EXPECT_EQ(QueryRows(cn.Get(), "SELECT ID, DESIGN_TYPE FROM KD_WMS_DESIGN_TYPE ORDER BY ID"), c.rowsAfter);
-        EXPECT_EQ(QueryRows(cn.Get(), "SELECT * FROM KD_WMS_DESIGN"), (std::vector<std::string>{"8|'R1'|Null"}));
-        EXPECT_EQ(QueryRows(cn.Get(), "SELECT SUBTASK_ID, SUBTASK_OBJECT FROM KD_VQ_SUBTASKS ORDER BY SUBTASK_ID"),
-                  (std::vector<std::string>{"1|'kdVqSubtasks.clsMobileSync'", "2|'kdVqSubtasks.clsEnterpriseUpdate'",
+                "INSERT INTO KD_VQ_SUBTASKS VALUES (3, 'kdWorkflowSubtasks.clsMobileUpdate');\n") +
+                      c.designTypes);
+        EXPECT_EQ(run.Run(New_KDUpgradeWFM833, 1926), "True");
+        EXPECT_EQ(run.Rows("SELECT ID, DESIGN_TYPE FROM KD_WMS_DESIGN_TYPE ORDER BY ID"), c.rowsAfter);
+        EXPECT_EQ(run.Rows("SELECT * FROM KD_WMS_DESIGN"), (Lines{"8|'R1'|Null"}));
+        EXPECT_EQ(run.Rows("SELECT SUBTASK_ID, SUBTASK_OBJECT FROM KD_VQ_SUBTASKS ORDER BY SUBTASK_ID"),
+                  (Lines{"1|'kdVqSubtasks.clsMobileSync'", "2|'kdVqSubtasks.clsEnterpriseUpdate'",
                                             "3|'kdWorkflowSubtasks.clsMobileUpdate'"}));
-        EXPECT_EQ(QueryRows(cn.Get(), "SELECT VERSION FROM KD_WMS_DB_VERSION"), (std::vector<std::string>{"2408"}));
+        EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), Lines{"2408"});
     }
 }
 

@@ -13,16 +13,16 @@ const std::string kSubtaskText =
 
 TEST(KDUpgradeWFM902, ScriptedSituations) {
     const std::vector<Situation> table = {
-        {"oracle", kOracle, [](auto& p, auto&) { WorkflowRepository(p, 2710); }, true,
+        {"oracle", kOracle, [](auto& p) { WorkflowRepository(p, 2710); }, "True",
          Join({EnabledLines(), Step(kSubtaskText, kSubtaskUpdate), VersionWritten(2810)})},
-        {"sql server runs the same text", kSqlServer, [](auto& p, auto&) { WorkflowRepository(p, 2710); }, true,
+        {"sql server runs the same text", kSqlServer, [](auto& p) { WorkflowRepository(p, 2710); }, "True",
          Join({EnabledLines(), Step(kSubtaskText, kSubtaskUpdate), VersionWritten(2810)})},
         {"sql server, the update fails: no version", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              WorkflowRepository(p, 2710);
              p.FailExecute(kSubtaskUpdate, {208});
          },
-         false, Join({EnabledLines(), FailedStep(kSubtaskText, kSubtaskUpdate, 208, 1)})},
+         "False", Join({EnabledLines(), FailedStep(kSubtaskText, kSubtaskUpdate, 208, 1)})},
     };
     ExpectSituations(New_KDUpgradeWFM902, table);
 }
@@ -32,26 +32,26 @@ const std::string kColumnText = "res502(ABBREVIATION,KD_WMS_WORK_FUNCTION)";
 
 TEST(kdUpgradeWFM931, ScriptedSituations) {
     const std::vector<Situation> table = {
-        {"oracle, column missing", kOracle, [](auto& p, auto&) { WorkflowRepository(p, 5085); }, true,
+        {"oracle, column missing", kOracle, [](auto& p) { WorkflowRepository(p, 5085); }, "True",
          Join({EnabledLines(), {Missing(kColumnProbe)},
                Step(kColumnText, "Alter table KD_WMS_WORK_FUNCTION add ABBREVIATION VARCHAR2(128)"),
                VersionWritten(5645)})},
-        {"sql server, column missing", kSqlServer, [](auto& p, auto&) { WorkflowRepository(p, 5085); }, true,
+        {"sql server, column missing", kSqlServer, [](auto& p) { WorkflowRepository(p, 5085); }, "True",
          Join({EnabledLines(), {Missing(kColumnProbe)},
                Step(kColumnText, "Alter table KD_WMS_WORK_FUNCTION add ABBREVIATION VARCHAR(128)"),
                VersionWritten(5645)})},
         {"oracle with a prefix, column present: only the version", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              WorkflowRepository(p, 5085, "P_");
              p.AnswerQuery(kColumnProbe, {});
          },
-         true, Join({EnabledLines("P_"), {Opened(kColumnProbe)}, VersionWritten(5645, "P_")}), "P_"},
+         "True", Join({EnabledLines("P_"), {Opened(kColumnProbe)}, VersionWritten(5645, "P_")}), "P_"},
         {"sql server, the column cannot be added: no version", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              WorkflowRepository(p, 5085);
              p.FailExecute("Alter table KD_WMS_WORK_FUNCTION add ABBREVIATION VARCHAR(128)", {2705});
          },
-         false,
+         "False",
          Join({EnabledLines(), {Missing(kColumnProbe)},
                FailedStep(kColumnText, "Alter table KD_WMS_WORK_FUNCTION add ABBREVIATION VARCHAR(128)", 2705, 1)})},
     };

@@ -35,22 +35,22 @@ const std::string kCreateText = "res501(KD_WMS_DESIGN_PRODUCT_TYPE)";
 
 TEST(kdUpgradeWFM93rev2, ScriptedSituations) {
     const std::vector<Situation> table = {
-        {"oracle, fresh: keys, then the product-type table", kOracle, [](auto& p, auto&) { WorkflowRepository(p, 2810); },
-         true,
+        {"oracle, fresh: keys, then the product-type table", kOracle, [](auto& p) { WorkflowRepository(p, 2810); },
+         "True",
          Join({EnabledLines(), AllKeys(true), {Missing("SELECT * FROM KD_WMS_DESIGN_PRODUCT_TYPE")},
                Step(kCreateText, kOracleCreate), {"START res603"}, VersionWritten(5085)})},
         {"sql server, fresh: keys, then the product-type table", kSqlServer,
-         [](auto& p, auto&) { WorkflowRepository(p, 2810); }, true,
+         [](auto& p) { WorkflowRepository(p, 2810); }, "True",
          Join({EnabledLines(), AllKeys(false), {Missing("SELECT * FROM KD_WMS_DESIGN_PRODUCT_TYPE")},
                Step(kCreateText, kSqlServerCreate), {"START res603"}, VersionWritten(5085)})},
         {"oracle with a prefix, a key already there, the table there: only the table test carries the prefix", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              WorkflowRepository(p, 2810, "P_");
              p.AnswerQuery("SELECT * FROM P_KD_WMS_DESIGN_PRODUCT_TYPE", {});
              p.FailExecute(NotNull("KD_WMS_COMPATIBLE_UNIT", true), {1442});
              p.FailExecute(PrimaryKey("KD_WMS_COMPATIBLE_UNIT"), {2260});
          },
-         true,
+         "True",
          Join({EnabledLines("P_"),
                FailedStep("res512(ID,KD_WMS_COMPATIBLE_UNIT)", NotNull("KD_WMS_COMPATIBLE_UNIT", true), 1442, 2),
                FailedStep("res511(KD_WMS_COMPATIBLE_UNIT)", PrimaryKey("KD_WMS_COMPATIBLE_UNIT"), 2260, 2),
@@ -58,21 +58,21 @@ TEST(kdUpgradeWFM93rev2, ScriptedSituations) {
                {Opened("SELECT * FROM P_KD_WMS_DESIGN_PRODUCT_TYPE")}, VersionWritten(5085, "P_")}),
          "P_"},
         {"sql server, a key fails: the remaining keys are skipped, the upgrade goes on", kSqlServer,
-         [](auto& p, auto&) {
+         [](auto& p) {
              WorkflowRepository(p, 2810);
              p.FailExecute(PrimaryKey("KD_WMS_CUSTOMER"), {1779});
          },
-         true,
+         "True",
          Join({EnabledLines(), Keys(false, 0, 3), Step("res512(ID,KD_WMS_CUSTOMER)", NotNull("KD_WMS_CUSTOMER", false)),
                FailedStep("res511(KD_WMS_CUSTOMER)", PrimaryKey("KD_WMS_CUSTOMER"), 1779, 1),
                {Missing("SELECT * FROM KD_WMS_DESIGN_PRODUCT_TYPE")}, Step(kCreateText, kSqlServerCreate),
                {"START res603"}, VersionWritten(5085)})},
         {"oracle, the create fails: no version", kOracle,
-         [](auto& p, auto&) {
+         [](auto& p) {
              WorkflowRepository(p, 2810);
              p.FailExecute(kOracleCreate, {1536});
          },
-         false,
+         "False",
          Join({EnabledLines(), AllKeys(true), {Missing("SELECT * FROM KD_WMS_DESIGN_PRODUCT_TYPE")},
                FailedStep(kCreateText, kOracleCreate, 1536, 1)})},
     };

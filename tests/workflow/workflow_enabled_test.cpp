@@ -91,16 +91,6 @@ TEST(WorkflowUpgraders, EnabledByExtensionCoreVersionAndWorkflowRange) {
     }
 }
 
-// A workflow repository at 5085 on a core of 4865 is offered no workflow
-// upgrader at all.
-TEST(WorkflowUpgraders, NoneOfferedForWorkflow5085OnCore4865) {
-    for (auto create : {New_KDUpgradeWFM830, New_KDUpgradeWFM832, New_KDUpgradeWFM833, New_KDUpgradeWFM901sp1,
-                        New_KDUpgradeWFM902, New_kdUpgradeWFM93rev2, New_kdUpgradeWFM931}) {
-        EnabledCase c{"", create, 4865, 5085, false};
-        EXPECT_FALSE(EnabledOn(c)) << create()->ClassName();
-    }
-}
-
 // A failure inside Enabled reaches the host with the chain of tags; the
 // 9.3 rev2 class carries the 9.0.2 class's name in its tags.
 TEST(WorkflowUpgraders, EnabledFailureCarriesTheClassTag) {

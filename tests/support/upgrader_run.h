@@ -1,0 +1,142 @@
+#pragma once
+// Running one upgrader the way the host does (Enabled, then Execute), over
+// the scripted provider or a real SQLite file, and the transcript lines of
+// the shared routines, so that golden transcripts read step by step.
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "library/class_table.h"
+#include "platform/ado/scripted/scripted_provider.h"
+#include "platform/automation/basic_error.h"
+#include "tests/support/test_host.h"
+
+namespace kdvq::testing {
+
+using Lines = std::vector<std::string>;
+using Variant = automation::Variant;
+
+inline const std::string kOracle = "OraOLEDB.Oracle";
+inline const std::string kSqlServer = "SQLOLEDB";
+
+inline Lines Join(std::initializer_list<Lines> parts) {
+    Lines all;
+    for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+// The lines from position first on.
+inline Lines From(const Lines& lines, size_t first) { return Lines(lines.begin() + static_cast<long>(first), lines.end()); }
+
+// A query that answered, and one that failed as a missing table or column.
+inline std::string Opened(const std::string& sql) { return "OPEN " + sql; }
+inline std::string Missing(const std::string& sql) { return "OPEN " + sql + " => ERROR 942"; }
+
+// The log line of a statement failing inside DoCommand.
+inline std::string CommandFailure(int32_t level, const std::string& sql,
+                                  const std::string& description = "scripted failure") {
+    return "LOG " + std::to_string(level) + " kdVqUpgraders:\\r\\nmodMain::DoCommand\\r\\n-2147217900: " +
+           description + "\\r\\nCommand: " + sql;
+}
+// The log line of a failure reported by a handler chain, innermost tag last.
+inline std::string HandlerFailure(const std::vector<std::string>& tags, const std::string& description) {
+    std::string text = "LOG 1 kdVqUpgraders:";
+    for (const std::string& tag : tags) text += "\\r\\n" + tag;
+    return text + "\\r\\n" + description;
+}
+
+// A statement run with step reporting that succeeded.
+inline Lines Step(const std::string& progress, const std::string& sql) {
+    return {"START " + progress, "EXEC " + sql, "DONE res102"};
+}
+// A statement that failed with a native error: logged at level 2 when the
+// error means the change is already there, else at level 1.
+inline Lines FailedStep(const std::string& progress, const std::string& sql, int32_t nativeError, int32_t level) {
+    return {"START " + progress, "EXEC " + sql + " => ERROR " + std::to_string(nativeError),
+            CommandFailure(level, sql)};
+}
+// A version table (prefix included) read and raised to version.
+inline Lines VersionRowWritten(const std::string& table, int32_t version) {
+    return {Opened("select VERSION from " + table), "UPDATE " + table + " #1 SET VERSION=" + std::to_string(version)};
+}
+
+// Scripted rows with the given columns, and one column's rows.
+inline ado::ScriptedRows Table(std::vector<std::string> columns, std::vector<std::vector<Variant>> rows = {}) {
+    return ado::ScriptedRows{std::move(columns), std::move(rows)};
+}
+inline ado::ScriptedRows Rows(const std::string& column, std::initializer_list<Variant> values) {
+    ado::ScriptedRows rows{{column}, {}};
+    for (const Variant& v : values) rows.rows.push_back({v});
+    return rows;
+}
+
+// Enabled, then Execute when it answered true; the outcome as the host sees
+// it: "not enabled", "True", "False" or "raised" (raised then holds the
+// description of the failure).
+inline std::string EnableAndExecute(TestHost& host, UpgraderBase* upgrader, ado::Connection* connection,
+                                    const std::string& prefix, int32_t coreVersion, std::string* raised = nullptr) {
+    if (!CallEnabled(upgrader, host.Login(connection, prefix).Get(), coreVersion)) return "not enabled";
+    try {
+        return CallExecute(upgrader, host.Callback().Get()) ? "True" : "False";
+    } catch (const automation::BasicError& e) {
+        if (raised) *raised = e.Description();
+        return "raised";
+    }
+}
+
+// One scripted situation of one class: the provider's rules, then a run.
+struct Situation {
+    std::string name;
+    std::string provider;
+    std::function<void(ado::ScriptedProvider&)> script;
+    std::string outcome;  // as EnableAndExecute answers
+    Lines lines;
+    std::string prefix = "";
+    int32_t coreVersion = 9999;
+    // The description of the failure Execute raises to the host, with its
+    // chain of tags; empty when it raises none.
+    std::string raised = "";
+    // Values the host's registry component answers, by value name.
+    std::vector<std::pair<std::string, std::string>> registry = {};
+};
+
+// Runs every situation on a new host and compares each transcript whole.
+inline void ExpectSituations(UpgraderPtr (*create)(), const std::vector<Situation>& table) {
+    for (const Situation& s : table) {
+        SCOPED_TRACE(s.name);
+        TestHost host;
+        ado::ScriptedProvider* p = nullptr;
+        auto cn = host.ScriptedConnection(s.provider, &p);
+        s.script(*p);
+        for (const auto& [name, value] : s.registry) host.SetRegistryValue(name, value);
+        std::string raised;
+        EXPECT_EQ(EnableAndExecute(host, create().Get(), cn.Get(), s.prefix, s.coreVersion, &raised), s.outcome);
+        EXPECT_EQ(host.Log().Lines(), s.lines);
+        EXPECT_EQ(raised, s.raised);
+    }
+}
+
+// A host with a SQLite repository file made from statements (separated by
+// ";\n").
+struct SqliteRun {
+    explicit SqliteRun(const std::string& statements) : cn(OpenSqlite(dir.File("repository.db"))) {
+        ExecAll(cn.Get(), statements);
+    }
+    std::string Run(UpgraderPtr (*create)(), int32_t coreVersion) { return Run(host, create, coreVersion); }
+    // A run on another host, whose transcript starts empty.
+    std::string Run(TestHost& on, UpgraderPtr (*create)(), int32_t coreVersion) {
+        return EnableAndExecute(on, create().Get(), cn.Get(), "", coreVersion);
+    }
+    // Every row of a query, each as its values in Describe's form joined
+    // with "|", e.g. "5|'Labour'|Null".
+    Lines Rows(const std::string& sql) { return QueryRows(cn.Get(), sql); }
+
+    TestHost host;
+    TempDir dir;
+    com::ComPtr<ado::Connection> cn;
+};
+
+}  // namespace kdvq::testing
