@@ -134,15 +134,6 @@ const Case832 kCases[] = {
          .Line(StateRow(9, 2))
          .Line("DONE res102")
          .FailedStep(kIndexText, kSqlServerDropIndex, 3701)},
-    {"FailedColumnDropKeepsVersion", "SQLOLEDB", Start::kStateRowForDesign2, true, true,
-     [](ScriptedRepository& r) { r.Fail(kDropColumn, {5074}); }, "False",
-     TablesPresent()
-         .Add(MoveStarts())
-         .Open(kDesignType)
-         .Line(StateRow(9, 1))
-         .Line("DONE res102")
-         .Step(kIndexText, kSqlServerDropIndex)
-         .FailedStep(kColumnText, kDropColumn, 5074)},
     {"FailedCreateSkipsMove", "OraOLEDB.Oracle", Start::kFresh, true, true,
      [](ScriptedRepository& r) { r.Fail(kOracleState, {1031}); }, "False",
      OracleTablesCreated().FailedStep("res501(KD_MOBILE_STATE)", kOracleState, 1031)},

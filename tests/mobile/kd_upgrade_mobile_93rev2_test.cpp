@@ -117,21 +117,6 @@ const Case93 kCases[] = {
          .Add(AdaptersAdded(kOracleCreate, "COLUMNS", 3))
          .Missing("select PACKET_EXTENSION from KD_MOBILE_STATE")
          .Line("ROLLBACK")},
-    {"FailedCreateRollsBack", "SQLOLEDB", false, false,
-     [](ScriptedRepository& r) { r.Fail(kSqlServerCreate, {2714}); }, "False",
-     Begun()
-         .Missing("SELECT * FROM KD_MOBILE_PACKET_ADAPTERS")
-         .FailedStep("res501(KD_MOBILE_PACKET_ADAPTERS)", kSqlServerCreate, 2714)
-         .Missing("select PACKET_EXTENSION from KD_MOBILE_STATE")
-         .Line("ROLLBACK")},
-    {"FailedFillRollsBack", "OraOLEDB.Oracle", true, false, [](ScriptedRepository& r) { r.Fail(kFill, {1401}); },
-     "False",
-     Begun()
-         .Open("SELECT * FROM KD_MOBILE_PACKET_ADAPTERS")
-         .Missing("select PACKET_EXTENSION from KD_MOBILE_STATE")
-         .Step(kColumnText, kOracleAdd)
-         .FailedStep(kFillText, kFill, 1401)
-         .Line("ROLLBACK")},
 };
 
 INSTANTIATE_TEST_SUITE_P(Situations, MobileUpgrade93rev2, ::testing::ValuesIn(kCases),

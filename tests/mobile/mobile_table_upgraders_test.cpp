@@ -11,9 +11,9 @@ namespace kdvq::testing {
 namespace {
 
 struct TableCase {
-    const char* name;
+    std::string name;
     UpgraderPtr (*create)();
-    const char* provider;
+    std::string provider;
     int32_t mobileVersion;
     std::vector<std::string> stateColumns;  // beside NODE_ID
     bool storedDisplayTable;
@@ -63,83 +63,70 @@ TEST_P(MobileTableUpgraders, Transcript) {
     run.Expect(c.create, "", 2860, c.outcome, c.expected);
 }
 
-const TableCase kCases[] = {
-    {"Mobile901Oracle", New_KDUpgradeMobile901, "OraOLEDB.Oracle", 1601, {}, false, nullptr, "True",
-     Enabled()
-         .Missing("SELECT * FROM KD_MOBILE_STORED_DISPLAY")
-         .Step("res501(KD_MOBILE_STORED_DISPLAY)", kOracleDisplays)
-         .Start("res603")
-         .Add(StoredDisplays(true, 0))
-         .Add(Versions(2408))},
-    {"Mobile901SqlServer", New_KDUpgradeMobile901, "SQLOLEDB", 1601, {}, false, nullptr, "True",
-     Enabled()
-         .Missing("SELECT * FROM KD_MOBILE_STORED_DISPLAY")
-         .Step("res501(KD_MOBILE_STORED_DISPLAY)",
-               "create table KD_MOBILE_STORED_DISPLAY (ID INT, STORED_DISPLAY VARCHAR(128))")
-         .Start("res603")
-         .Add(StoredDisplays(false, 0))
-         .Add(Versions(2408))},
-    {"Mobile901TableThere", New_KDUpgradeMobile901, "OraOLEDB.Oracle", 1601, {}, true, nullptr, "True",
-     Enabled().Open("SELECT * FROM KD_MOBILE_STORED_DISPLAY").Add(Versions(2408))},
-    // A failed row does not stop the others; it keeps the version.
-    {"Mobile901FailedRow", New_KDUpgradeMobile901, "OraOLEDB.Oracle", 1601, {}, false,
-     [](ScriptedRepository& r) {
-         r.Fail("Insert into KD_MOBILE_STORED_DISPLAY (ID, STORED_DISPLAY) values (3,'Water Design')", {1});
-     },
-     "False",
-     Enabled()
-         .Missing("SELECT * FROM KD_MOBILE_STORED_DISPLAY")
-         .Step("res501(KD_MOBILE_STORED_DISPLAY)", kOracleDisplays)
-         .Start("res603")
-         .Add(StoredDisplays(true, 3))},
-    // The time stamp's progress text names another column; it always has.
-    {"Mobile902Oracle", New_KDUpgradeMobile902, "OraOLEDB.Oracle", 2408, {}, false, nullptr, "True",
-     Enabled()
-         .Missing("select TIME_STAMP from KD_MOBILE_STATE")
-         .Step(kStampText, "Alter table KD_MOBILE_STATE add TIME_STAMP DATE")
-         .Add(Versions(2756))},
-    {"Mobile902SqlServer", New_KDUpgradeMobile902, "SQLOLEDB", 2408, {}, false, nullptr, "True",
-     Enabled()
-         .Missing("select TIME_STAMP from KD_MOBILE_STATE")
-         .Step(kStampText, "Alter table KD_MOBILE_STATE add TIME_STAMP DATETIME")
-         .Add(Versions(2756))},
-    {"Mobile902ColumnThere", New_KDUpgradeMobile902, "SQLOLEDB", 2408, {"TIME_STAMP"}, false, nullptr, "True",
-     Enabled().Open("select TIME_STAMP from KD_MOBILE_STATE").Add(Versions(2756))},
-    {"Mobile902Fails", New_KDUpgradeMobile902, "SQLOLEDB", 2408, {}, false,
-     [](ScriptedRepository& r) { r.Fail("Alter table KD_MOBILE_STATE add TIME_STAMP DATETIME", {2705}); }, "False",
-     Enabled()
-         .Missing("select TIME_STAMP from KD_MOBILE_STATE")
-         .FailedStep(kStampText, "Alter table KD_MOBILE_STATE add TIME_STAMP DATETIME", 2705)},
-    {"Mobile91SP1Oracle", New_KDUpgradeMobile91SP1, "OraOLEDB.Oracle", 2756, {"TIME_STAMP"}, false, nullptr, "True",
-     Enabled()
-         .Missing("select PACKET_STATE from KD_MOBILE_STATE")
-         .Step(kPacketStateText, "Alter table KD_MOBILE_STATE add PACKET_STATE NUMBER(38)")
-         .Step(kResetText, kReset)
-         .Add(Versions(3035))},
-    {"Mobile91SP1SqlServer", New_KDUpgradeMobile91SP1, "SQLOLEDB", 2756, {"TIME_STAMP"}, false, nullptr, "True",
-     Enabled()
-         .Missing("select PACKET_STATE from KD_MOBILE_STATE")
-         .Step(kPacketStateText, "Alter table KD_MOBILE_STATE add PACKET_STATE INT")
-         .Step(kResetText, kReset)
-         .Add(Versions(3035))},
-    {"Mobile91SP1ColumnThere", New_KDUpgradeMobile91SP1, "SQLOLEDB", 2756, {"PACKET_STATE"}, false, nullptr, "True",
-     Enabled().Open("select PACKET_STATE from KD_MOBILE_STATE").Add(Versions(3035))},
-    {"Mobile91SP1FailedAddSkipsReset", New_KDUpgradeMobile91SP1, "OraOLEDB.Oracle", 2756, {}, false,
-     [](ScriptedRepository& r) { r.Fail("Alter table KD_MOBILE_STATE add PACKET_STATE NUMBER(38)", {1430}); },
-     "False",
-     Enabled()
-         .Missing("select PACKET_STATE from KD_MOBILE_STATE")
-         .FailedStep(kPacketStateText, "Alter table KD_MOBILE_STATE add PACKET_STATE NUMBER(38)", 1430)},
-    {"Mobile91SP1FailedReset", New_KDUpgradeMobile91SP1, "OraOLEDB.Oracle", 2756, {}, false,
-     [](ScriptedRepository& r) { r.Fail(kReset, {1438}); }, "False",
-     Enabled()
-         .Missing("select PACKET_STATE from KD_MOBILE_STATE")
-         .Step(kPacketStateText, "Alter table KD_MOBILE_STATE add PACKET_STATE NUMBER(38)")
-         .FailedStep(kResetText, kReset, 1438)},
-};
+std::vector<TableCase> Cases() {
+    std::vector<TableCase> cases;
+    // Each upgrader on a fresh repository, in each dialect.
+    for (const Dialect& d : kDialects) {
+        cases.push_back({"Mobile901" + d.Name(), New_KDUpgradeMobile901, d.Provider(), 1601, {}, false, nullptr, "True",
+                         Enabled()
+                             .Missing("SELECT * FROM KD_MOBILE_STORED_DISPLAY")
+                             .Step("res501(KD_MOBILE_STORED_DISPLAY)",
+                                   d.Pick(kOracleDisplays, "create table KD_MOBILE_STORED_DISPLAY (ID INT, "
+                                                           "STORED_DISPLAY VARCHAR(128))"))
+                             .Start("res603")
+                             .Add(StoredDisplays(d.oracle, 0))
+                             .Add(Versions(2408))});
+        // The time stamp's progress text names another column; it always has.
+        cases.push_back({"Mobile902" + d.Name(), New_KDUpgradeMobile902, d.Provider(), 2408, {}, false, nullptr, "True",
+                         Enabled()
+                             .Missing("select TIME_STAMP from KD_MOBILE_STATE")
+                             .Step(kStampText, "Alter table KD_MOBILE_STATE add TIME_STAMP " + d.Pick("DATE", "DATETIME"))
+                             .Add(Versions(2756))});
+        cases.push_back({"Mobile91SP1" + d.Name(), New_KDUpgradeMobile91SP1, d.Provider(), 2756, {"TIME_STAMP"}, false,
+                         nullptr, "True",
+                         Enabled()
+                             .Missing("select PACKET_STATE from KD_MOBILE_STATE")
+                             .Step(kPacketStateText,
+                                   "Alter table KD_MOBILE_STATE add PACKET_STATE " + d.Pick("NUMBER(38)", "INT"))
+                             .Step(kResetText, kReset)
+                             .Add(Versions(3035))});
+    }
+    const std::vector<TableCase> others = {
+        {"Mobile901TableThere", New_KDUpgradeMobile901, kOracle, 1601, {}, true, nullptr, "True",
+         Enabled().Open("SELECT * FROM KD_MOBILE_STORED_DISPLAY").Add(Versions(2408))},
+        // A failed row does not stop the others; it keeps the version.
+        {"Mobile901FailedRow", New_KDUpgradeMobile901, kOracle, 1601, {}, false,
+         [](ScriptedRepository& r) {
+             r.Fail("Insert into KD_MOBILE_STORED_DISPLAY (ID, STORED_DISPLAY) values (3,'Water Design')", {1});
+         },
+         "False",
+         Enabled()
+             .Missing("SELECT * FROM KD_MOBILE_STORED_DISPLAY")
+             .Step("res501(KD_MOBILE_STORED_DISPLAY)", kOracleDisplays)
+             .Start("res603")
+             .Add(StoredDisplays(true, 3))},
+        {"Mobile902ColumnThere", New_KDUpgradeMobile902, kSqlServer, 2408, {"TIME_STAMP"}, false, nullptr, "True",
+         Enabled().Open("select TIME_STAMP from KD_MOBILE_STATE").Add(Versions(2756))},
+        {"Mobile902Fails", New_KDUpgradeMobile902, kSqlServer, 2408, {}, false,
+         [](ScriptedRepository& r) { r.Fail("Alter table KD_MOBILE_STATE add TIME_STAMP DATETIME", {2705}); }, "False",
+         Enabled()
+             .Missing("select TIME_STAMP from KD_MOBILE_STATE")
+             .FailedStep(kStampText, "Alter table KD_MOBILE_STATE add TIME_STAMP DATETIME", 2705)},
+        {"Mobile91SP1ColumnThere", New_KDUpgradeMobile91SP1, kSqlServer, 2756, {"PACKET_STATE"}, false, nullptr, "True",
+         Enabled().Open("select PACKET_STATE from KD_MOBILE_STATE").Add(Versions(3035))},
+        {"Mobile91SP1FailedAddSkipsReset", New_KDUpgradeMobile91SP1, kOracle, 2756, {}, false,
+         [](ScriptedRepository& r) { r.Fail("Alter table KD_MOBILE_STATE add PACKET_STATE NUMBER(38)", {1430}); },
+         "False",
+         Enabled()
+             .Missing("select PACKET_STATE from KD_MOBILE_STATE")
+             .FailedStep(kPacketStateText, "Alter table KD_MOBILE_STATE add PACKET_STATE NUMBER(38)", 1430)},
+    };
+    cases.insert(cases.end(), others.begin(), others.end());
+    return cases;
+}
 
-INSTANTIATE_TEST_SUITE_P(Situations, MobileTableUpgraders, ::testing::ValuesIn(kCases),
-                         [](const ::testing::TestParamInfo<TableCase>& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Situations, MobileTableUpgraders, ::testing::ValuesIn(Cases()),
+                         [](const ::testing::TestParamInfo<TableCase>& info) { return info.param.name; });
 
 }  // namespace
 }  // namespace kdvq::testing

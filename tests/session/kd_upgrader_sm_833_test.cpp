@@ -29,60 +29,36 @@ Golden Stamped(const std::string& prefix) {
         .Open("select VERSION from " + prefix + "KD_SESSION_DB_VERSION");
 }
 
-Golden OracleFromOldSession(bool enterpriseFails) {
-    Golden g = SessionEnabled("");
-    g.Missing("select DATABASE_ID from KD_SESSION")
-        .Step("Adding DATABASE_ID column to KD_SESSION table", "Alter table KD_SESSION add DATABASE_ID VARCHAR2(64)")
-        .Add(DatabaseIdCopied(""))
-        .Missing("select ENTERPRISE_ID from KD_SESSION");
-    if (enterpriseFails) {
-        g.FailedStep("Adding ENTERPRISE_ID column to KD_SESSION table", kAddEnterprise, 904);
-    } else {
-        g.Step("Adding ENTERPRISE_ID column to KD_SESSION table", kAddEnterprise);
-    }
-    g.Open("select MOBILE_PACKET_ID from KD_SESSION")
+// A run from a session table of 8.3.0. The SQL Server run has an owner
+// prefix, under which the statements mix prefixed and bare table names.
+Golden FromOldSession(const Dialect& d, bool enterpriseFails) {
+    const std::string p = d.oracle ? "" : "ARC.";
+    const std::string number = d.Pick("NUMBER(38)", "INT");
+    const std::string text = d.Pick("VARCHAR2(64)", "VARCHAR(64)");
+    Golden g = SessionEnabled(p);
+    g.Missing("select DATABASE_ID from " + p + "KD_SESSION")
+        .Step("Adding DATABASE_ID column to KD_SESSION table", "Alter table KD_SESSION add DATABASE_ID " + text)
+        .Add(DatabaseIdCopied(p))
+        .Missing("select ENTERPRISE_ID from " + p + "KD_SESSION");
+    const std::string enterprise = "Adding ENTERPRISE_ID column to KD_SESSION table";
+    enterpriseFails ? g.FailedStep(enterprise, kAddEnterprise, 904)
+                    : g.Step(enterprise, "Alter table KD_SESSION add ENTERPRISE_ID " + number);
+    g.Open("select MOBILE_PACKET_ID from " + p + "KD_SESSION")
         .Step("Dropping MOBILE_PACKET_ID column from KD_SESSION table",
-              "Alter table KD_SESSION drop column MOBILE_PACKET_ID")
-        .Missing("SELECT * FROM KD_SESSION_TYPE")
-        .Step("res501(KD_SESSION_TYPE)", "create table KD_SESSION_TYPE (ID NUMBER(38), SESSION_TYPE VARCHAR2(64))");
+              "Alter table " + p + "KD_SESSION drop column MOBILE_PACKET_ID")
+        .Missing("SELECT * FROM " + p + "KD_SESSION_TYPE")
+        .Step("res501(KD_SESSION_TYPE)", "create table KD_SESSION_TYPE (ID " + number + ", SESSION_TYPE " + text + ")");
     // After a failed step the table is still made and filled, but no
     // longer announced.
     if (!enterpriseFails) g.Start("res603");
-    return g
-        .Step("Adding 'Electric' to KD_SESSION_TYPE table.",
-              "Insert into KD_SESSION_TYPE columns (ID, SESSION_TYPE) values (4, 'Electric')")
-        .Step("Adding 'Gas' to KD_SESSION_TYPE table.",
-              "Insert into KD_SESSION_TYPE columns (ID, SESSION_TYPE) values (5,'Gas')")
-        .Step("Adding 'Water' to KD_SESSION_TYPE table.",
-              "Insert into KD_SESSION_TYPE columns (ID, SESSION_TYPE) values (6,'Water')")
-        .Missing("select SESSION_TYPE_ID from KD_SESSION")
-        .Step("Adding SESSION_TYPE_ID column to KD_SESSION table",
-              "Alter table KD_SESSION add SESSION_TYPE_ID NUMBER(38)");
-}
-
-// SQL Server with an owner prefix: the statements mix prefixed and bare
-// table names.
-Golden SqlServerWithPrefix() {
-    return SessionEnabled("ARC.")
-        .Missing("select DATABASE_ID from ARC.KD_SESSION")
-        .Step("Adding DATABASE_ID column to KD_SESSION table", "Alter table KD_SESSION add DATABASE_ID VARCHAR(64)")
-        .Add(DatabaseIdCopied("ARC."))
-        .Missing("select ENTERPRISE_ID from ARC.KD_SESSION")
-        .Step("Adding ENTERPRISE_ID column to KD_SESSION table", "Alter table KD_SESSION add ENTERPRISE_ID INT")
-        .Open("select MOBILE_PACKET_ID from ARC.KD_SESSION")
-        .Step("Dropping MOBILE_PACKET_ID column from KD_SESSION table",
-              "Alter table ARC.KD_SESSION drop column MOBILE_PACKET_ID")
-        .Missing("SELECT * FROM ARC.KD_SESSION_TYPE")
-        .Step("res501(KD_SESSION_TYPE)", "create table KD_SESSION_TYPE (ID INT, SESSION_TYPE VARCHAR(64))")
-        .Start("res603")
-        .Step("Adding 'Electric' to KD_SESSION_TYPE table.",
-              "Insert into KD_SESSION_TYPE (ID, SESSION_TYPE) values (4, 'Electric');")
-        .Step("Adding 'Gas' to KD_SESSION_TYPE table.", "Insert into KD_SESSION_TYPE (ID, SESSION_TYPE) values (5,'Gas');")
-        .Step("Adding 'Water' to KD_SESSION_TYPE table.",
-              "Insert into KD_SESSION_TYPE (ID, SESSION_TYPE) values (6,'Water');")
-        .Missing("select SESSION_TYPE_ID from ARC.KD_SESSION")
-        .Step("Adding SESSION_TYPE_ID column to KD_SESSION table", "Alter table KD_SESSION add SESSION_TYPE_ID INT")
-        .Add(Stamped("ARC."));
+    for (const auto& [name, values] : std::vector<std::pair<std::string, std::string>>{
+             {"Electric", "(4, 'Electric')"}, {"Gas", "(5,'Gas')"}, {"Water", "(6,'Water')"}}) {
+        g.Step("Adding '" + name + "' to KD_SESSION_TYPE table.",
+               "Insert into KD_SESSION_TYPE " + d.Pick("columns ", "") + "(ID, SESSION_TYPE) values " + values +
+                   d.Pick("", ";"));
+    }
+    return g.Missing("select SESSION_TYPE_ID from " + p + "KD_SESSION")
+        .Step("Adding SESSION_TYPE_ID column to KD_SESSION table", "Alter table KD_SESSION add SESSION_TYPE_ID " + number);
 }
 
 class SessionUpgrade833 : public ::testing::TestWithParam<Case833> {};
@@ -100,24 +76,14 @@ const Case833 kCases[] = {
     // The routine stamps 1944; SetDBVersion then finds more than 1601 and
     // leaves the row as it is.
     {"OracleFromOldSession", "OraOLEDB.Oracle", "", {"MOBILE_PACKET_ID"}, false, nullptr, "True",
-     OracleFromOldSession(false).Add(Stamped(""))},
-    {"SqlServerWithPrefix", "SQLOLEDB", "ARC.", {"MOBILE_PACKET_ID"}, false, nullptr, "True", SqlServerWithPrefix()},
+     FromOldSession(kDialects[0], false).Add(Stamped(""))},
+    {"SqlServerWithPrefix", "SQLOLEDB", "ARC.", {"MOBILE_PACKET_ID"}, false, nullptr, "True",
+     FromOldSession(kDialects[1], false).Add(Stamped("ARC."))},
     {"RerunOnlyCopiesIdAndStamps", "OraOLEDB.Oracle", "", kAllSessionColumns, true, nullptr, "True",
      SessionEnabled("").Add(NothingToRepair("")).Add(Stamped(""))},
     // A failed step does not stop the others; it only keeps the version.
     {"FailedStepKeepsVersion", "OraOLEDB.Oracle", "", {"MOBILE_PACKET_ID"}, false,
-     [](ScriptedRepository& r) { r.Fail(kAddEnterprise, {904}); }, "False", OracleFromOldSession(true)},
-    {"ToleratedFailureCountsAsDone", "OraOLEDB.Oracle", "", {"DATABASE_ID", "SESSION_TYPE_ID"}, true,
-     [](ScriptedRepository& r) { r.Fail(kAddEnterprise, {1442}); }, "True",
-     SessionEnabled("")
-         .Open("select DATABASE_ID from KD_SESSION")
-         .Add(DatabaseIdCopied(""))
-         .Missing("select ENTERPRISE_ID from KD_SESSION")
-         .FailedStep("Adding ENTERPRISE_ID column to KD_SESSION table", kAddEnterprise, 1442)
-         .Missing("select MOBILE_PACKET_ID from KD_SESSION")
-         .Open("SELECT * FROM KD_SESSION_TYPE")
-         .Open("select SESSION_TYPE_ID from KD_SESSION")
-         .Add(Stamped(""))},
+     [](ScriptedRepository& r) { r.Fail(kAddEnterprise, {904}); }, "False", FromOldSession(kDialects[0], true)},
 };
 
 INSTANTIATE_TEST_SUITE_P(Situations, SessionUpgrade833, ::testing::ValuesIn(kCases),

@@ -74,8 +74,6 @@ const SmallCase kCases[] = {
                               208)},
     {"SM921Oracle", New_KDUpgradeSM921, "OraOLEDB.Oracle", 3324, nullptr, "True",
      Enabled(false).Step(kRetargetText, kRetarget).Add(Written(4511))},
-    {"SM921SqlServer", New_KDUpgradeSM921, "SQLOLEDB", 4510, nullptr, "True",
-     Enabled(false).Step(kRetargetText, kRetarget).Add(Written(4511))},
     {"SM921FailureKeepsVersion", New_KDUpgradeSM921, "OraOLEDB.Oracle", 3324,
      [](ScriptedRepository& r) { r.Fail(kRetarget, {942}); }, "False",
      Enabled(false).FailedStep(kRetargetText, kRetarget, 942)},
@@ -86,13 +84,6 @@ const SmallCase kCases[] = {
          .Add(KeyAdded("ALTER TABLE KD_SESSION ALTER COLUMN SESSION_ID INT NOT NULL", 0, 0))
          .Line("DONE res102")
          .Add(Written(4866))},
-    // A key that is already there reads as done.
-    {"SM93rev2KeyAlreadyThere", New_KDUpgradeSM93rev2, "OraOLEDB.Oracle", 4511,
-     [](ScriptedRepository& r) {
-         r.Fail(kOracleNotNull, {1442});
-         r.Fail(kAddKey, {2260});
-     },
-     "True", Enabled(false).Add(KeyAdded(kOracleNotNull, 1442, 2260)).Line("DONE res102").Add(Written(4866))},
     {"SM93rev2KeyFails", New_KDUpgradeSM93rev2, "OraOLEDB.Oracle", 4511,
      [](ScriptedRepository& r) { r.Fail(kAddKey, {2437}); }, "False",
      Enabled(false).Add(KeyAdded(kOracleNotNull, 0, 2437))},

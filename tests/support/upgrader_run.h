@@ -23,6 +23,18 @@ using Variant = automation::Variant;
 inline const std::string kOracle = "OraOLEDB.Oracle";
 inline const std::string kSqlServer = "SQLOLEDB";
 
+// One of the two dialects a golden transcript is written for: one table of
+// steps serves both, Pick choosing the text where the dialects differ.
+struct Dialect {
+    bool oracle;
+    const std::string& Provider() const { return oracle ? kOracle : kSqlServer; }
+    std::string Name() const { return oracle ? "Oracle" : "SqlServer"; }
+    std::string Pick(const std::string& forOracle, const std::string& forSqlServer) const {
+        return oracle ? forOracle : forSqlServer;
+    }
+};
+inline const Dialect kDialects[] = {{true}, {false}};
+
 inline Lines Join(std::initializer_list<Lines> parts) {
     Lines all;
     for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());

@@ -85,13 +85,7 @@ Lines FreshRun(bool oracle) {
 }
 
 TEST(KDUpgradeWFM830, ScriptedSituations) {
-    const std::vector<Situation> table = {
-        {"oracle, fresh workflow tables", kOracle,
-         [](auto& p) { WithoutVersionTable(p, "create table KD_WMS_DB_VERSION (VERSION number(38))"); }, "True",
-         FreshRun(true)},
-        {"sql server, fresh workflow tables", kSqlServer,
-         [](auto& p) { WithoutVersionTable(p, "create table KD_WMS_DB_VERSION (VERSION INT)"); }, "True",
-         FreshRun(false)},
+    std::vector<Situation> table = {
         {"oracle, complete tables: only the version copy runs again", kOracle,
          [](auto& p) { Complete(p); }, "True",
          Join({EnabledLines(), {Opened("SELECT * FROM KD_WMS_DB_VERSION")}, kVersionTablesPresent,
@@ -132,19 +126,6 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
                Step("res502(DISPLAY_NAME,KD_WMS_COST_FACTOR_TYPE)",
                     "Alter table KD_WMS_COST_FACTOR_TYPE add DISPLAY_NAME VARCHAR(128)"),
                Lines(kAllColumnsPresent.begin() + 2, kAllColumnsPresent.end())})},
-        {"oracle, CODE column already there by a tolerated error: still initialised", kOracle,
-         [](auto& p) {
-             Complete(p);
-             p.FailQuery("select CODE from KD_WMS_COST_FACTOR");
-             p.FailExecute("Alter table KD_WMS_COST_FACTOR add CODE NUMBER(38)", {1442});
-         },
-         "True",
-         Join({EnabledLines(), {Opened("SELECT * FROM KD_WMS_DB_VERSION")}, kVersionTablesPresent,
-               Step(kCopyText, kOracleCopy), {Missing("select CODE from KD_WMS_COST_FACTOR")},
-               FailedStep("Adding CODE column to KD_WMS_COST_FACTOR table",
-                          "Alter table KD_WMS_COST_FACTOR add CODE NUMBER(38)", 1442, 2),
-               Step("Initializing CODE column of KD_WMS_COST_FACTOR table", "Update KD_WMS_COST_FACTOR set CODE = ID"),
-               Lines(kAllColumnsPresent.begin() + 1, kAllColumnsPresent.end()), VersionWritten(1206)})},
         {"oracle with a table prefix: only the version tables and the copy carry it", kOracle,
          [](auto& p) {
              WorkflowRepository(p, 1200, "WF_");
@@ -161,6 +142,12 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
                kAllColumnsPresent, VersionWritten(1206, "WF_")}),
          "WF_"},
     };
+    for (const Dialect& d : kDialects) {
+        const std::string create = d.Pick("create table KD_WMS_DB_VERSION (VERSION number(38))",
+                                          "create table KD_WMS_DB_VERSION (VERSION INT)");
+        table.push_back({d.Name() + ", fresh workflow tables", d.Provider(),
+                         [create](auto& p) { WithoutVersionTable(p, create); }, "True", FreshRun(d.oracle)});
+    }
     ExpectSituations(New_KDUpgradeWFM830, table);
 }
 

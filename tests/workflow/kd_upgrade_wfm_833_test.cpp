@@ -30,21 +30,21 @@ void Complete(ado::ScriptedProvider& p, const std::string& prefix = "") {
 }
 
 Lines DesignTypeRows(bool oracle) {
-    if (oracle) {
-        return Join({Step("Adding 'Electric' to KD_WMS_DESIGN_TYPE table.",
-                          "Insert into KD_WMS_DESIGN_TYPE columns (ID, DESIGN_TYPE) values (1, 'Electric')"),
-                     Step("Adding 'Gas' to KD_WMS_DESIGN_TYPE table.",
-                          "Insert into KD_WMS_DESIGN_TYPE columns (ID, DESIGN_TYPE) values (2,'Gas')"),
-                     Step("Adding 'Water' to KD_WMS_DESIGN_TYPE table.",
-                          "Insert into KD_WMS_DESIGN_TYPE columns (ID, DESIGN_TYPE) values (3,'Water')")});
+    Lines lines;
+    for (const auto& [name, values] : std::vector<std::pair<std::string, std::string>>{
+             {"Electric", "(1, 'Electric')"}, {"Gas", "(2,'Gas')"}, {"Water", "(3,'Water')"}}) {
+        lines = Join({lines, Step("Adding '" + name + "' to KD_WMS_DESIGN_TYPE table.",
+                                  std::string("Insert into KD_WMS_DESIGN_TYPE ") + (oracle ? "columns " : "") +
+                                      "(ID, DESIGN_TYPE) values " + values + (oracle ? "" : ";"))});
     }
-    return Join({Step("Adding 'Electric' to KD_WMS_DESIGN_TYPE table.",
-                      "Insert into KD_WMS_DESIGN_TYPE (ID, DESIGN_TYPE) values (1, 'Electric');"),
-                 Step("Adding 'Gas' to KD_WMS_DESIGN_TYPE table.",
-                      "Insert into KD_WMS_DESIGN_TYPE (ID, DESIGN_TYPE) values (2,'Gas');"),
-                 Step("Adding 'Water' to KD_WMS_DESIGN_TYPE table.",
-                      "Insert into KD_WMS_DESIGN_TYPE (ID, DESIGN_TYPE) values (3,'Water');")});
+    return lines;
 }
+
+// The probes of a run where 8.3.3's table and columns are all there.
+const Lines kCompleteProbes = {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"),
+                               Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
+                               Opened("SELECT * FROM KD_WMS_DESIGN_TYPE"),
+                               Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")};
 
 const Lines kSubtasks = Join(
     {Step("Updating kdWorkflowSubtasks.clsMobileSync subtask to use kdVqSubtasks.clsMobileSync.",
@@ -108,8 +108,7 @@ TEST(KDUpgradeWFM833, ScriptedSituations) {
          "True", FreshRun(false)},
         {"oracle, design types already there: no create, no rows", kOracle, [](auto& p) { Complete(p); }, "True",
          Join({Enabled833(),
-               {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
-                Opened("SELECT * FROM KD_WMS_DESIGN_TYPE"), Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
+               kCompleteProbes,
                kSubtasks, kWidening, DatabaseIdCopied(), VersionWritten(2408)})},
         {"sql server, failed create: no table-created text, the rows still inserted", kSqlServer,
          [](auto& p) {
@@ -150,8 +149,7 @@ TEST(KDUpgradeWFM833, ScriptedSituations) {
          },
          "False",
          Join({Enabled833(),
-               {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
-                Opened("SELECT * FROM KD_WMS_DESIGN_TYPE"), Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
+               kCompleteProbes,
                kSubtasks, kWidening, {Missing("select DATABASE_ID from KD_VQ_DB_VERSION")}})},
         {"sql server, the id copy fails: raised under the SQL Server routine's tag", kSqlServer,
          [](auto& p) {
@@ -160,8 +158,7 @@ TEST(KDUpgradeWFM833, ScriptedSituations) {
          },
          "raised",
          Join({Enabled833(),
-               {Opened("select APPLY_MATERIAL from KD_WMS_WORK_FUNCTION"), Missing("select MOBILE_PACKET_ID from KD_WMS_DESIGN"),
-                Opened("SELECT * FROM KD_WMS_DESIGN_TYPE"), Opened("select DESIGN_TYPE_ID from KD_WMS_DESIGN")},
+               kCompleteProbes,
                kSubtasks,
                {Opened("select DATABASE_ID from KD_VQ_DB_VERSION"), Missing("SELECT * FROM KD_VQ_DB_VERSION"),
                 "LOG 1 kdVqUpgraders:\\r\\nmodMain::UpdateDatabaseId\\r\\nObject variable or With block variable not set"},

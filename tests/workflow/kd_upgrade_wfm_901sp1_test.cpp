@@ -18,21 +18,7 @@ void Repository(ado::ScriptedProvider& p, bool settingPresent) {
 }
 
 TEST(KDUpgradeWFM901sp1, ScriptedSituations) {
-    const std::vector<Situation> table = {
-        {"oracle, setting missing: seeded from the registry", kOracle,
-         [](auto& p) { Repository(p, false); }, "True",
-         Join({EnabledLines(), {Opened(kSettingQuery)},
-               Step(kInsertText, "insert into KD_VQ_CONFIG columns(CONFIG_NAME, CONFIG_VALUE) values "
-                                 "('WMSDefaultParentVersion', 'SDE.DEFAULT_9')"),
-               VersionWritten(2710)}),
-         "", 9999, "", {{"VersionName", "SDE.DEFAULT_9"}}},
-        {"sql server, setting missing: seeded from the registry", kSqlServer,
-         [](auto& p) { Repository(p, false); }, "True",
-         Join({EnabledLines(), {Opened(kSettingQuery)},
-               Step(kInsertText, "insert into KD_VQ_CONFIG (CONFIG_NAME, CONFIG_VALUE) values "
-                                 "('WMSDefaultParentVersion', 'SDE.DEFAULT_9')"),
-               VersionWritten(2710)}),
-         "", 9999, "", {{"VersionName", "SDE.DEFAULT_9"}}},
+    std::vector<Situation> table = {
         {"oracle, setting present: kept", kOracle,
          [](auto& p) { Repository(p, true); }, "True",
          Join({EnabledLines(), {Opened(kSettingQuery)}, VersionWritten(2710)}), "", 9999, "",
@@ -54,17 +40,25 @@ TEST(KDUpgradeWFM901sp1, ScriptedSituations) {
                           "('WMSDefaultParentVersion', 'V9')",
                           1, 1)}),
          "", 9999, "", {{"VersionName", "V9"}}},
-        {"oracle, no configuration table: raised under the Oracle routine's tag", kOracle,
-         [](auto& p) { WorkflowRepository(p, 2408); }, "raised",
-         Join({EnabledLines(), {Missing(kSettingQuery)},
-               RaisedThrough(kExecuteTag, "KDUpgradeWFM901sp1::UpgradeOracle", "table or view does not exist")}),
-         "", 9999, kExecuteTag + "\r\nKDUpgradeWFM901sp1::UpgradeOracle\r\ntable or view does not exist"},
-        {"sql server, no configuration table: raised under the SQL Server routine's tag", kSqlServer,
-         [](auto& p) { WorkflowRepository(p, 2408); }, "raised",
-         Join({EnabledLines(), {Missing(kSettingQuery)},
-               RaisedThrough(kExecuteTag, "KDUpgradeWFM901sp1::UpgradeMSSQLSchema", "table or view does not exist")}),
-         "", 9999, kExecuteTag + "\r\nKDUpgradeWFM901sp1::UpgradeMSSQLSchema\r\ntable or view does not exist"},
     };
+    for (const Dialect& d : kDialects) {
+        table.push_back({d.Name() + ", setting missing: seeded from the registry", d.Provider(),
+                         [](auto& p) { Repository(p, false); }, "True",
+                         Join({EnabledLines(), {Opened(kSettingQuery)},
+                               Step(kInsertText, "insert into KD_VQ_CONFIG " + d.Pick("columns", "") +
+                                                     "(CONFIG_NAME, CONFIG_VALUE) values ('WMSDefaultParentVersion', "
+                                                     "'SDE.DEFAULT_9')"),
+                               VersionWritten(2710)}),
+                         "", 9999, "", {{"VersionName", "SDE.DEFAULT_9"}}});
+        // Without the configuration table the failure is raised under the
+        // dialect routine's tag.
+        const std::string routine = d.Pick("KDUpgradeWFM901sp1::UpgradeOracle", "KDUpgradeWFM901sp1::UpgradeMSSQLSchema");
+        table.push_back({d.Name() + ", no configuration table", d.Provider(),
+                         [](auto& p) { WorkflowRepository(p, 2408); }, "raised",
+                         Join({EnabledLines(), {Missing(kSettingQuery)},
+                               RaisedThrough(kExecuteTag, routine, "table or view does not exist")}),
+                         "", 9999, kExecuteTag + "\r\n" + routine + "\r\ntable or view does not exist"});
+    }
     ExpectSituations(New_KDUpgradeWFM901sp1, table);
 }
 
