@@ -89,19 +89,6 @@ TEST(KDVqUpgrader830, ScriptedSituations) {
                  Step("res501(KD_VQ_SUBTASKS)", kOra.subtasks),
                  From(kAllPresent, 1),
                  CoreVersionWritten(1206)})},
-        {"sql server, a create failing as already done still seeds the sequence", kSqlServer, 1100,
-         [](ado::ScriptedProvider& p) {
-             Complete(p);
-             p.FailQuery(Probe("KD_VQ_TASKS"));
-             p.FailExecute(kSql.tasks, {2261});
-         },
-         "True",
-         Join({Lines(kAllPresent.begin(), kAllPresent.begin() + 3),
-                 {Missing(Probe("KD_VQ_TASKS"))},
-                 FailedStep("res501(KD_VQ_TASKS)", kSql.tasks, 2261, 2),
-                 Step("res503", kSql.sequence),
-                 From(kAllPresent, 4),
-                 CoreVersionWritten(1206)})},
         {"oracle, a failed create: no sequence row, no 603, columns still added, no version", kOracle, 1100,
          [](ado::ScriptedProvider& p) {
              Fresh(p);

@@ -30,23 +30,12 @@ TEST(KDVqUpgrader832, ScriptedSituations) {
                  Step(kAddIdText, kSqlAddId),
                  {Missing(kVersionInfoProbe)},
                  CoreVersionWritten(1601)})},
-        {"oracle, column add failing as already done", kOracle, 1206, Repository(false, kOraAddId, 1442),
-         "True",
-         Join({{Missing(kDatabaseIdProbe)},
-                 FailedStep(kAddIdText, kOraAddId, 1442, 2),
-                 {Missing(kVersionInfoProbe)},
-                 CoreVersionWritten(1601)})},
         {"sql server, a failed column add is kept through a good drop", kSqlServer, 1206,
          Repository(true, kSqlAddId, 207), "False",
          Join({{Missing(kDatabaseIdProbe)},
                  FailedStep(kAddIdText, kSqlAddId, 207, 1),
                  {Opened(kVersionInfoProbe)},
                  Step(kDropText, kDrop)})},
-        {"oracle, a failed drop", kOracle, 1206, Repository(true, kDrop, 942), "False",
-         Join({{Missing(kDatabaseIdProbe)},
-                 Step(kAddIdText, kOraAddId),
-                 {Opened(kVersionInfoProbe)},
-                 FailedStep(kDropText, kDrop, 942, 1)})},
     };
     ExpectScripted(New_KDVqUpgrader832, cases);
 }

@@ -173,18 +173,6 @@ TEST(KDVqUpgrader902, ScriptedSituations) {
                  {Missing(kUserNameProbe)},
                  Step("res502(USER_NAME,KD_VQ_HISTORY)", kSqlAddUserName),
                  {Opened(kHasEditsProbe)}})},
-        {"sql server, a quote in a user name decides the outcome", kSqlServer, 2703,
-         [](auto& p) {
-             WithHistory(p);
-             QuoteFails(p);
-             p.AnswerQuery(kSubtaskIdProbe, Table({"SUBTASK_ID"}));
-             p.AnswerQuery(kHasEditsProbe, Table({"HAS_EDITS"}));
-         },
-         "False",
-         Join({{Opened(kSubtaskIdProbe), Opened(kParametersProbe), Opened(kHistoryProbe), Opened(kUserIdProbe),
-                  Opened(kUserNameProbe)},
-                 HistoryUpdated(true),
-                 {Opened(kHasEditsProbe)}})},
         {"oracle, no users: no completion message", kOracle, 2703,
          [](auto& p) {
              WithHistory(p);

@@ -38,19 +38,6 @@ TEST(KDVqUpgrader93rev2, ScriptedSituations) {
          Join({KeysAdded(true, 8), {"DONE res102"}, CoreVersionWritten(4866)})},
         {"sql server, no keys yet", kSqlServer, 4865, VersionRow, "True",
          Join({KeysAdded(false, 8), {"DONE res102"}, CoreVersionWritten(4866)})},
-        {"oracle, a key already there", kOracle, 4039,
-         [](auto& p) {
-             VersionRow(p);
-             p.FailExecute(NotNull(kKeys[1], true), {1442});
-             p.FailExecute(PrimaryKey(kKeys[1]), {2260});
-         },
-         "True",
-         Join({KeysAdded(true, 1),
-                 FailedStep(NotNullText(kKeys[1]), NotNull(kKeys[1], true), 1442, 2),
-                 FailedStep(KeyText(kKeys[1]), PrimaryKey(kKeys[1]), 2260, 2),
-                 From(KeysAdded(true, 8), 12),
-                 {"DONE res102"},
-                 CoreVersionWritten(4866)})},
         {"sql server, duplicate ids stop the keys", kSqlServer, 4039,
          [](auto& p) {
              VersionRow(p);
