@@ -2,15 +2,12 @@
 // ProgID and the unload answer.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <optional>
-#include <thread>
 
-#include "framework/mod_kd_startup.h"
 #include "framework/upgrader_interfaces.h"
 #include "library/entry_points.h"
 #include "platform/com/runtime.h"
+#include "tests/platform/module/fixture.h"
 #include "tests/support/test_host.h"
 
 namespace kdvq {
@@ -30,31 +27,18 @@ const std::vector<std::string> kDeclaredOrder = {
 // Each test registers into a registry file of its own.
 class LibraryEntryPoints : public ::testing::Test {
 protected:
-    void SetUp() override {
-        const char* previous = std::getenv("KDVQ_REGISTRY");
-        if (previous) previous_ = previous;
-        setenv("KDVQ_REGISTRY", dir_.File("registry.ini").c_str(), 1);
-        ASSERT_EQ(com::RegisterServer(KDVQ_TEST_LIBRARY_PATH), com::S_OK);
-    }
-    void TearDown() override {
-        if (previous_) {
-            setenv("KDVQ_REGISTRY", previous_->c_str(), 1);
-        } else {
-            unsetenv("KDVQ_REGISTRY");
-        }
-    }
+    void SetUp() override { ASSERT_EQ(com::RegisterServer(KDVQ_TEST_LIBRARY_PATH), com::S_OK); }
     com::CLSID ClassOf(const std::string& progId) {
         com::CLSID clsid;
         EXPECT_EQ(com::CLSIDFromProgID(progId, &clsid), com::S_OK);
         return clsid;
     }
 
+    fixture::ScopedRegistryFile registryFile_;
     testing::TestHost host_;
-    testing::TempDir dir_;
-    std::optional<std::string> previous_;
 };
 
-TEST_F(LibraryEntryPoints, RegisterEveryClassInTheCategoryInDeclaredOrder) {
+TEST_F(LibraryEntryPoints, RegisterEveryClassInTheCategoryInDeclaredOrderAndUnregister) {
     com::Registry registry = com::Registry::Load();
     std::vector<std::string> names;
     std::vector<std::string> progIds;
@@ -68,12 +52,9 @@ TEST_F(LibraryEntryPoints, RegisterEveryClassInTheCategoryInDeclaredOrder) {
     std::vector<std::string> expectedProgIds;
     for (const std::string& name : kDeclaredOrder) expectedProgIds.push_back("kdVqUpgraders." + name);
     EXPECT_EQ(progIds, expectedProgIds);
-}
 
-TEST_F(LibraryEntryPoints, UnregisterRemovesEveryClass) {
     ASSERT_EQ(com::UnregisterServer(KDVQ_TEST_LIBRARY_PATH), com::S_OK);
-    com::Registry registry = com::Registry::Load();
-    EXPECT_TRUE(registry.ClassesOfCategory(com::MakeGuid(testing::TestHost::UpgraderCategory().c_str())).empty());
+    EXPECT_TRUE(com::Registry::Load().ClassesOfCategory(com::MakeGuid(testing::TestHost::UpgraderCategory().c_str())).empty());
     com::CLSID clsid;
     EXPECT_NE(com::CLSIDFromProgID("kdVqUpgraders.KDVqUpgrader830", &clsid), com::S_OK);
 }
@@ -110,19 +91,6 @@ TEST_F(LibraryEntryPoints, FactoryLocksKeepTheLibrary) {
     EXPECT_EQ(DllGetClassObject(com::MakeGuid("{00000000-1111-2222-3333-444444444444}"), com::IID_IClassFactory,
                                 unknown.PutVoid()),
               com::CLASS_E_CLASSNOTAVAILABLE);
-}
-
-TEST_F(LibraryEntryPoints, FirstObjectOnAThreadStartsTheLibraryThere) {
-    const com::CLSID clsid = ClassOf("kdVqUpgraders.KDVqUpgrader830");
-    bool emptyBefore = false;
-    std::string buildAfter;
-    std::thread([&] {
-        emptyBefore = ThreadGlobals().Empty();
-        auto upgrader = com::CreateInstance<IKDVqDatabaseUpgrader>(clsid, IID_IKDVqDatabaseUpgrader);
-        buildAfter = ThreadGlobals().build;
-    }).join();
-    EXPECT_TRUE(emptyBefore);
-    EXPECT_EQ(buildAfter, LibraryVersion());
 }
 
 }  // namespace

@@ -78,18 +78,6 @@ TEST(AddPrimaryKeys, RunsEachPairAndStopsAtAFailedOne) {
          {"START res512(ROLE_ID,KD_VQ_ROLE)", "EXEC ALTER TABLE KD_VQ_ROLE ALTER COLUMN ROLE_ID INT NOT NULL",
           "DONE res102", "START res511(KD_VQ_ROLE)", "EXEC ALTER TABLE KD_VQ_ROLE ADD PRIMARY KEY (ROLE_ID)",
           "DONE res102", "DONE res102"}},
-        {"key already there is tolerated", {{"KD_VQ_ROLE", "ROLE_ID"}}, true,
-         {{"ALTER TABLE KD_VQ_ROLE MODIFY (ROLE_ID NUMBER(38) NOT NULL)", {1442}},
-          {"ALTER TABLE KD_VQ_ROLE ADD PRIMARY KEY (ROLE_ID)", {2260}}},
-         true,
-         {"START res512(ROLE_ID,KD_VQ_ROLE)",
-          "EXEC ALTER TABLE KD_VQ_ROLE MODIFY (ROLE_ID NUMBER(38) NOT NULL) => ERROR 1442",
-          "LOG 2 kdVqUpgraders:\\r\\nmodMain::DoCommand\\r\\n-2147217900: scripted failure\\r\\nCommand: ALTER TABLE "
-          "KD_VQ_ROLE MODIFY (ROLE_ID NUMBER(38) NOT NULL)",
-          "START res511(KD_VQ_ROLE)", "EXEC ALTER TABLE KD_VQ_ROLE ADD PRIMARY KEY (ROLE_ID) => ERROR 2260",
-          "LOG 2 kdVqUpgraders:\\r\\nmodMain::DoCommand\\r\\n-2147217900: scripted failure\\r\\nCommand: ALTER TABLE "
-          "KD_VQ_ROLE ADD PRIMARY KEY (ROLE_ID)",
-          "DONE res102"}},
         {"failed NOT NULL still tries the key, then stops", twoTables, true,
          {{"ALTER TABLE KD_VQ_TASKS MODIFY (TASK_ID NUMBER(38) NOT NULL)", {942}}}, false,
          {"START res512(TASK_ID,KD_VQ_TASKS)",

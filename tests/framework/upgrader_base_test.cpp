@@ -68,20 +68,6 @@ TEST(UpgraderSkeleton, ProviderTextChoosesTheDialect) {
     }
 }
 
-TEST(UpgraderSkeleton, FailedRoutineWritesNoVersion) {
-    testing::TestHost host;
-    ado::ScriptedProvider* provider = nullptr;
-    auto connection = host.ScriptedConnection("SQLOLEDB", &provider);
-    provider->FailExecute("MSSQL STEP", {208}, "Invalid object name");
-    auto upgrader = SampleUpgrader::New();
-    ASSERT_TRUE(CallEnabled(upgrader.Get(), host.Login(connection.Get()).Get(), 0));
-    EXPECT_FALSE(CallExecute(upgrader.Get(), host.Callback().Get()));
-    EXPECT_EQ(host.Log().Lines(),
-              std::vector<std::string>({"START mssql step", "EXEC MSSQL STEP => ERROR 208",
-                                        "LOG 1 kdVqUpgraders:\\r\\nmodMain::DoCommand\\r\\n-2147217900: Invalid object "
-                                        "name\\r\\nCommand: MSSQL STEP"}));
-}
-
 TEST(UpgraderSkeleton, FailureReachesTheHostWithItsChainOfTags) {
     testing::TestHost host;
     auto connection = host.ScriptedConnection("OraOLEDB.Oracle");

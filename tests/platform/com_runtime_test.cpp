@@ -104,32 +104,6 @@ TEST_F(RuntimeTest, LibraryStartsOncePerThreadAndUnloadsWhenUnused) {
     EXPECT_EQ(NewWidget()->StartupsOnThisThread(), 1);
 }
 
-TEST_F(RuntimeTest, ServerLockKeepsTheLibrary) {
-    ComPtr<IClassFactory> factory;
-    {
-        // The runtime hands out objects, not factories: reach the
-        // factory through the library's own entry point.
-        ASSERT_TRUE(NewWidget());
-        void* handle = dlopen(kModulePath.c_str(), RTLD_LAZY | RTLD_NOLOAD);
-        ASSERT_NE(handle, nullptr);
-        auto get = reinterpret_cast<HRESULT (*)(const GUID&, const GUID&, void**)>(dlsym(handle, "DllGetClassObject"));
-        ASSERT_EQ(get(fixture::CLSID_Widget, IID_IClassFactory, factory.PutVoid()), S_OK);
-        dlclose(handle);
-    }
-    factory->LockServer(true);
-    factory.Reset();
-    CoFreeUnusedLibraries();
-    EXPECT_TRUE(ModuleLoaded());
-    {
-        void* handle = dlopen(kModulePath.c_str(), RTLD_LAZY | RTLD_NOLOAD);
-        auto get = reinterpret_cast<HRESULT (*)(const GUID&, const GUID&, void**)>(dlsym(handle, "DllGetClassObject"));
-        ASSERT_EQ(get(fixture::CLSID_Widget, IID_IClassFactory, factory.PutVoid()), S_OK);
-        dlclose(handle);
-    }
-    factory->LockServer(false);
-    factory.Reset();
-}
-
 TEST_F(RuntimeTest, FailuresCarryTheirErrorInfo) {
     struct Case {
         const char* situation;
