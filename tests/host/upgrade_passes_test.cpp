@@ -37,21 +37,11 @@ struct FakeClass {
 };
 
 FakeClass Chain(const std::string& name, int32_t from, int32_t to, Behaviour behaviour = Behaviour::Succeed) {
-    FakeClass setup;
-    setup.name = name;
-    setup.from = from;
-    setup.to = to;
-    setup.behaviour = behaviour;
-    return setup;
+    return {name, from, to, behaviour, false, {}};
 }
 
 FakeClass Final(const std::string& name, Behaviour behaviour, std::vector<std::string> systemTables = {}) {
-    FakeClass setup;
-    setup.name = name;
-    setup.behaviour = behaviour;
-    setup.always = true;
-    setup.systemTables = std::move(systemTables);
-    return setup;
+    return {name, 0, 0, behaviour, true, std::move(systemTables)};
 }
 
 class FakeUpgrader : public HostObject<FakeUpgrader, kdvq::IKDVqDatabaseUpgrader> {
@@ -215,11 +205,8 @@ protected:
     // A repository whose core part is at 1100.
     std::string CreateRepository() {
         std::string path = folder_.File("repository.db");
-        auto connection = ado::NewConnection();
-        connection->Open("sqlite:" + path + "?mode=create");
-        connection->Execute("CREATE TABLE KD_VQ_DB_VERSION (VERSION INT)");
-        connection->Execute("INSERT INTO KD_VQ_DB_VERSION VALUES (1100)");
-        connection->Close();
+        kdvq::testing::ExecAll(kdvq::testing::OpenSqlite(path).Get(),
+                               "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT);\nINSERT INTO KD_VQ_DB_VERSION VALUES (1100)");
         return path;
     }
 
@@ -241,34 +228,30 @@ TEST_P(UpgradePasses, RunsEachApplicableUpgraderOncePassAfterPass) {
 INSTANTIATE_TEST_SUITE_P(Scenarios, UpgradePasses, ::testing::ValuesIn(Scenarios()),
                          [](const ::testing::TestParamInfo<Scenario>& info) { return info.param.name; });
 
-TEST(UpgradePassesCreation, AClassThatCannotBeCreatedCountsAsAFailure) {
-    kdvq::testing::TempDir folder;
-    auto connection = ado::NewConnection();
-    connection->Open("sqlite:" + folder.File("r.db") + "?mode=create");
-    connection->Execute("CREATE TABLE KD_VQ_DB_VERSION (VERSION INT)");
-    com::ComPtr<Login> login = Login::Create(connection, "");
-    auto transcript = std::make_shared<Transcript>();
-    RecordingObserver observer(transcript);
-    RunResult result = RunUpgrade({{"Unregistered", FakeClsid(999)}}, {connection.Get(), "", login.Get(), nullptr},
-                                  observer);
-    EXPECT_EQ(*transcript, (Transcript{"PASS 1 core=0",
-                                       "OUTCOME Unregistered pass=1 result=false failure=true call=create",
-                                       "PASS 2 core=0", "FINAL PASS 3 core=0"}));
-    EXPECT_FALSE(result.Succeeded());
-}
-
-TEST(UpgradePassesCreation, AnUnreadableCoreVersionStopsTheRunAsAFailure) {
-    kdvq::testing::TempDir folder;
-    auto connection = ado::NewConnection();
-    connection->Open("sqlite:" + folder.File("r.db") + "?mode=create");
-    com::ComPtr<Login> login = Login::Create(connection, "");
-    auto transcript = std::make_shared<Transcript>();
-    RecordingObserver observer(transcript);
-    RunResult result = RunUpgrade({{"Unregistered", FakeClsid(999)}}, {connection.Get(), "", login.Get(), nullptr},
-                                  observer);
-    EXPECT_EQ(*transcript, Transcript{});
-    EXPECT_EQ(result.interruption, "the core version could not be read (no such table: KD_VQ_DB_VERSION)");
-    EXPECT_FALSE(result.Succeeded());
+// A class that cannot be created counts as a failure; a core version that
+// cannot be read stops the run before its first pass.
+TEST(UpgradePassesCreation, FailuresOutsideTheUpgraders) {
+    for (bool versionTable : {true, false}) {
+        SCOPED_TRACE(versionTable);
+        kdvq::testing::TempDir folder;
+        auto connection = ado::NewConnection();
+        connection->Open("sqlite:" + folder.File("r.db") + "?mode=create");
+        if (versionTable) connection->Execute("CREATE TABLE KD_VQ_DB_VERSION (VERSION INT)");
+        com::ComPtr<Login> login = Login::Create(connection, "");
+        auto transcript = std::make_shared<Transcript>();
+        RecordingObserver observer(transcript);
+        RunResult result = RunUpgrade({{"Unregistered", FakeClsid(999)}},
+                                      {connection.Get(), "", login.Get(), nullptr}, observer);
+        EXPECT_FALSE(result.Succeeded());
+        if (versionTable) {
+            EXPECT_EQ(*transcript, (Transcript{"PASS 1 core=0",
+                                               "OUTCOME Unregistered pass=1 result=false failure=true call=create",
+                                               "PASS 2 core=0", "FINAL PASS 3 core=0"}));
+        } else {
+            EXPECT_EQ(*transcript, Transcript{});
+            EXPECT_EQ(result.interruption, "the core version could not be read (no such table: KD_VQ_DB_VERSION)");
+        }
+    }
 }
 
 }  // namespace
