@@ -24,7 +24,6 @@
 // Update for them. Close refuses while an edit is pending (3219), as ADO
 // does; CancelUpdate discards it.
 #include <algorithm>
-#include <cctype>
 #include <unordered_set>
 
 #include "platform/ado/ado.h"
@@ -33,6 +32,7 @@
 #include "platform/ado/provider.h"
 #include "platform/ado/provider_call.h"
 #include "platform/ado/row_store.h"
+#include "platform/automation/text_case.h"
 
 namespace ado {
 
@@ -47,14 +47,6 @@ constexpr int32_t kBookmarkLast = 2;
 const char* const kNotUpdatable =
     "Current Recordset does not support updating. This may be a limitation of the provider, or of the selected "
     "locktype.";
-
-bool SameNameIgnoringCase(const std::string& a, const std::string& b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (a[i] != b[i] && std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
-            return false;
-    return true;
-}
 
 // The value a row holds after a write: what reading it back would give.
 Variant Stored(const Variant& v) {
@@ -109,7 +101,7 @@ struct Recordset::Impl : DeferredRead {
     // the name and hashing it.
     int ColumnIndexOf(const std::string& name) const {
         for (size_t i = 0; i < columns.size(); ++i)
-            if (SameNameIgnoringCase(columns[i], name)) return static_cast<int>(i);
+            if (automation::SameTextIgnoringCase(columns[i], name)) return static_cast<int>(i);
         return -1;
     }
     bool Empty() const { return streaming ? (fetched == 0 && streamEof) : store.VisibleCount() == 0; }

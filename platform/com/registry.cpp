@@ -5,8 +5,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 
+#include "platform/automation/text_case.h"
 #include "platform/com/runtime.h"
 
 namespace com {
@@ -16,12 +16,6 @@ namespace {
 std::string EnvOrEmpty(const char* name) {
     const char* value = getenv(name);
     return value ? value : "";
-}
-
-bool SameTextIgnoringCase(const std::string& a, const std::string& b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-           });
 }
 
 // Replaces the entry with the same identifier in place, or appends.
@@ -75,7 +69,7 @@ const ClassRegistration* Registry::Find(REFCLSID clsid) const {
 
 const ClassRegistration* Registry::FindByProgId(const std::string& progId) const {
     for (const auto& c : classes_) {
-        if (!c.progId.empty() && SameTextIgnoringCase(c.progId, progId)) return &c;
+        if (!c.progId.empty() && automation::SameTextIgnoringCase(c.progId, progId)) return &c;
     }
     return nullptr;
 }

@@ -3,6 +3,8 @@
 #include <cctype>
 #include <cstring>
 
+#include "platform/automation/text_case.h"
+
 namespace ado::sql {
 namespace {
 
@@ -29,13 +31,7 @@ size_t ReadQuoted(const std::string& s, size_t i, char close, std::string* out) 
 
 bool Token::Is(const char* keyword) const { return kind == Kind::kWord && SameName(text, keyword); }
 
-bool SameName(const std::string& a, const std::string& b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (std::toupper(static_cast<unsigned char>(a[i])) != std::toupper(static_cast<unsigned char>(b[i])))
-            return false;
-    return true;
-}
+bool SameName(const std::string& a, const std::string& b) { return automation::SameTextIgnoringCase(a, b); }
 
 std::string QuoteName(const std::string& name) {
     std::string quoted = "\"";
