@@ -127,6 +127,27 @@ TEST(AdoConnection, TransactionMisuse) {
     cn->RollbackTrans();
 }
 
+// Rows written while a query is read row by row grow the log past its usual
+// size; once the log starts over, its file must be cut back, or later
+// writes land on old regions the system may have dropped from memory.
+TEST(AdoConnection, LogFileIsCutBackAfterGrowingUnderAnOpenQuery) {
+    kdvq::testing::TempDir dir;
+    const std::string path = dir.File("log.db");
+    com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(path);
+    ExecAll(cn.Get(), "CREATE TABLE SRC (ID INT);\nINSERT INTO SRC VALUES (1);\nCREATE TABLE DST (ID INT, T TEXT)");
+    const auto logSize = [&] { return std::filesystem::file_size(path + "-wal"); };
+    const std::string insert = "INSERT INTO DST VALUES (1, '" + std::string(3000, 'x') + "')";
+    {
+        com::ComPtr<ado::Recordset> open = ado_test::OpenStream(cn.Get(), "SELECT ID FROM SRC");
+        while (logSize() < 12u << 20) cn->Execute(insert);
+        open->Close();
+    }
+    // The first write checkpoints the whole log; the next starts it over.
+    cn->Execute(insert);
+    cn->Execute(insert);
+    EXPECT_LE(logSize(), 8u << 20);
+}
+
 TEST(AdoConnection, ConnectionFromUnknown) {
     com::ComPtr<ado::Connection> cn = ado::NewConnection();
     EXPECT_EQ(ado::ConnectionFromUnknown(cn->Unknown()).Get(), cn.Get());

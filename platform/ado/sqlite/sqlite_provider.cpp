@@ -71,6 +71,16 @@ std::unique_ptr<Provider> OpenSqliteProvider(const std::string& path, SqliteOpen
             // each row write still commits by itself, without a disk flush per row.
             sqlite::ExecuteAll(raw, "PRAGMA journal_mode = WAL");
             sqlite::ExecuteAll(raw, "PRAGMA synchronous = NORMAL");
+            // A query read row by row while rows are written keeps the log
+            // from being checkpointed back, so it grows to hundreds of
+            // megabytes, and the file keeps that size once the log starts
+            // over. Later frames then overwrite that old region, and where
+            // the system has dropped its pages from memory meanwhile, every
+            // frame (not a multiple of the page size) first reads them back
+            // from disk: a later upgrader's move took twice as long. Cut the
+            // file back at each restart to twice the size it reaches between
+            // automatic checkpoints, so that new frames are appended instead.
+            sqlite::ExecuteAll(raw, "PRAGMA journal_size_limit = 8388608");
         }
     } catch (const ProviderError& e) {
         const Diagnostic& d = e.Diagnostics().front();
