@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "framework/mod_main.h"
-#include "tests/session/scripted_repository.h"
+#include "tests/support/scripted_repository.h"
 #include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {

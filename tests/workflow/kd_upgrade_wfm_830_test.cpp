@@ -27,12 +27,12 @@ const Lines kAllColumnsPresent = {
 const Lines kVersionTablesPresent = {Opened("SELECT * FROM KD_VQ_VERSIONS"), Opened("SELECT * FROM KD_WMS_VERSIONS")};
 
 // A repository whose workflow version table does not exist yet: it
-// answers once the upgrader created it.
-void WithoutVersionTable(ado::ScriptedProvider& p, const std::string& create) {
-    p.AnswerQuery("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS", Rows("NAME", {"KDWorkflowManager"}));
-    AnswerOnceCreated(p, {{"select VERSION from KD_WMS_DB_VERSION", {create}, Rows("VERSION", {1})}});
-    p.AnswerQuery("SELECT * FROM KD_VQ_VERSIONS", {});
-    p.AnswerQuery("SELECT * FROM KD_WMS_VERSIONS", {});
+// answers once the upgrader created and filled it.
+void WithoutVersionTable(ado::ScriptedProvider& p) {
+    ScriptedRepository(&p)
+        .Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDWorkflowManager")}})
+        .Table("KD_VQ_VERSIONS", {"node_type_id"})
+        .Table("KD_WMS_VERSIONS", {"node_type_id"});
 }
 
 // Every table and column there, workflow version 1200.
@@ -143,10 +143,8 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
          "WF_"},
     };
     for (const Dialect& d : kDialects) {
-        const std::string create = d.Pick("create table KD_WMS_DB_VERSION (VERSION number(38))",
-                                          "create table KD_WMS_DB_VERSION (VERSION INT)");
-        table.push_back({d.Name() + ", fresh workflow tables", d.Provider(),
-                         [create](auto& p) { WithoutVersionTable(p, create); }, "True", FreshRun(d.oracle)});
+        table.push_back({d.Name() + ", fresh workflow tables", d.Provider(), WithoutVersionTable, "True",
+                         FreshRun(d.oracle)});
     }
     ExpectSituations(New_KDUpgradeWFM830, table);
 }

@@ -24,9 +24,15 @@ void Repository(ado::ScriptedProvider& p, const Variant& databaseId, const std::
     p.AnswerQuery("SELECT * FROM " + prefix + "KD_VQ_DB_VERSION", {{"VERSION", "DATABASE_ID"}, {{1601, databaseId}}});
 }
 
-// The design's DATABASE_ID column answers once it was added.
-void FreshColumns(ado::ScriptedProvider& p, const std::string& addDatabaseId) {
-    AnswerOnceCreated(p, {{"select DATABASE_ID from KD_WMS_DESIGN", {addDatabaseId}, {}}});
+// A repository without 8.3.2's columns whose id is "REPO-7"; the columns
+// answer once they were added.
+void FreshColumns(ado::ScriptedProvider& p) {
+    ScriptedRepository(&p)
+        .Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDSessionManager")}, {Variant("KDWorkflowManager")}})
+        .Version("KD_WMS_DB_VERSION", 1206)
+        .Table("KD_WMS_DESIGN", {"ID"})
+        .Table("KD_WMS_WORK_REQUEST", {"ID"})
+        .Table("KD_VQ_DB_VERSION", {"VERSION", "DATABASE_ID"}, {{Variant(1601), Variant("REPO-7")}});
 }
 
 const Lines kAllColumnsPresent = {Opened("select WORKSPACE_DB_PROPERTIES from KD_WMS_DESIGN"),
@@ -108,13 +114,8 @@ TEST(KDUpgradeWFM832, ScriptedSituations) {
          "", 9999, kExecuteTag + "\r\nKDUpgradeWFM832::UpgradeOracle\r\ntable or view does not exist"},
     };
     for (const Dialect& d : kDialects) {
-        const std::string add = "Alter table KD_WMS_DESIGN add DATABASE_ID " + d.Pick("VARCHAR2(64)", "VARCHAR(64)");
         table.push_back({d.Name() + ", fresh columns: the repository id goes into every design", d.Provider(),
-                         [add](auto& p) {
-                             Repository(p, "REPO-7");
-                             FreshColumns(p, add);
-                         },
-                         "True", FreshRun(d.oracle)});
+                         FreshColumns, "True", FreshRun(d.oracle)});
     }
     ExpectSituations(New_KDUpgradeWFM832, table);
 }
