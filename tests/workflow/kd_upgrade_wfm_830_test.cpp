@@ -149,40 +149,6 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
     ExpectSituations(New_KDUpgradeWFM830, table);
 }
 
-// Against a real database: the copy is repeated by a second run, the codes
-// are initialised only by the run that adds their column.
-TEST(KDUpgradeWFM830, RerunCopiesVersionsAgainButKeepsCodes) {
-    SqliteRun run(
-            "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
-            "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
-            "CREATE TABLE KD_VQ_VERSIONS (node_type_id INT, node_id INT, base VARCHAR(32), name VARCHAR(32), "
-            "description VARCHAR(64), status INT, ver_access INT, user_name VARCHAR(32), created INT DEFAULT 7);\n"
-            "CREATE TABLE KD_WMS_VERSIONS (node_type_id INT, node_id INT, base VARCHAR(32), name VARCHAR(32), "
-            "description VARCHAR(64), status INT, ver_access INT, user_name VARCHAR(32));\n"
-            "INSERT INTO KD_WMS_VERSIONS VALUES (3, 11, 'SDE.DEFAULT', 'design 11', 'first', 1, 2, 'ann');\n"
-            "CREATE TABLE KD_WMS_COST_FACTOR (ID INT);\n"
-            "INSERT INTO KD_WMS_COST_FACTOR VALUES (5);\n"
-            "CREATE TABLE KD_WMS_COST_FACTOR_TYPE (ID INT, NAME VARCHAR(128));\n"
-            "INSERT INTO KD_WMS_COST_FACTOR_TYPE VALUES (1, 'Labour');\n"
-            "CREATE TABLE KD_WMS_DESIGN (ID INT);\n"
-            "CREATE TABLE KD_WMS_WORK_REQUEST (ID INT)");
-
-    UpgraderPtr up = New_KDUpgradeWFM830();
-    ASSERT_EQ(EnableAndExecute(run.host, up.Get(), run.cn.Get(), "", 1206), "True");
-    ExecAll(run.cn.Get(), "UPDATE KD_WMS_COST_FACTOR SET CODE = 50;\nUPDATE KD_WMS_COST_FACTOR_TYPE SET DISPLAY_NAME = 'Crew'");
-    ASSERT_TRUE(CallExecute(up.Get(), run.host.Callback().Get()));
-
-    EXPECT_EQ(run.Rows("SELECT node_id, base, name, description, status, ver_access, user_name, created "
-                                  "FROM KD_VQ_VERSIONS"),
-              (Lines{"11|'SDE.DEFAULT'|'design 11'|'first'|1|2|'ann'|7",
-                                        "11|'SDE.DEFAULT'|'design 11'|'first'|1|2|'ann'|7"}));
-    EXPECT_EQ(run.Rows("SELECT COUNT(*) FROM KD_WMS_VERSIONS"), (Lines{"1"}));
-    EXPECT_EQ(run.Rows("SELECT ID, CODE FROM KD_WMS_COST_FACTOR"), (Lines{"5|50"}));
-    EXPECT_EQ(run.Rows("SELECT NAME, DISPLAY_NAME FROM KD_WMS_COST_FACTOR_TYPE"),
-              (Lines{"'Labour'|'Crew'"}));
-    EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), (Lines{"1206"}));
-}
-
 TEST(KDUpgradeWFM830, GetWFMDBVersionSeedsAnEmptyTable) {
     struct Case {
         const char* name;
