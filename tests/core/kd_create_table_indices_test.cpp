@@ -139,22 +139,12 @@ TEST(KDCreateTableIndices, ScriptedSituations) {
     ExpectScripted(New_KDCreateTableIndices, cases);
 }
 
-struct StatementCase {
-    std::string built;
-    std::string expected;
-};
-
+// The statements without clauses are compared whole in the transcripts
+// above; the clauses go where the server expects them.
 TEST(KDCreateTableIndices, IndexStatementsWithTheirClauses) {
-    const std::vector<StatementCase> cases = {
-        {OracleCreateIndexSql("I", "T", "A, B", "", ""), "CREATE INDEX I ON T(A, B)  "},
-        {OracleCreateIndexSql("I", "T", "A", "PCTFREE 10", "TABLESPACE X"), "CREATE INDEX I ON T(A) PCTFREE 10 TABLESPACE X"},
-        {CreateIndexWithSql("I", "T", "A", ""), "CREATE INDEX I ON T(A)"},
-        {CreateIndexWithSql("I", "T", "A", "FILLFACTOR = 80"), "CREATE INDEX I ON T(A) WITH FILLFACTOR = 80"},
-        {OracleDropIndexSql("O.I"), "DROP INDEX O.I"},
-        {MSSQLDropIndexSql("I", "O.T"), "DROP INDEX O.T.I"},
-        {AccessDropIndexSql("I", "T"), "DROP INDEX I ON T"},
-    };
-    for (const StatementCase& c : cases) EXPECT_EQ(c.built, c.expected);
+    EXPECT_EQ(OracleCreateIndexSql("I", "T", "A", "PCTFREE 10", "TABLESPACE X"),
+              "CREATE INDEX I ON T(A) PCTFREE 10 TABLESPACE X");
+    EXPECT_EQ(CreateIndexWithSql("I", "T", "A", "FILLFACTOR = 80"), "CREATE INDEX I ON T(A) WITH FILLFACTOR = 80");
 }
 
 // The SQLite provider names itself "SQLite", so the SQL Server list runs:
