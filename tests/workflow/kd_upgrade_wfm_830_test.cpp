@@ -3,7 +3,6 @@
 #include <array>
 
 #include "tests/workflow/scripted_run.h"
-#include "workflow/kd_upgrade_wfm_830.h"
 
 namespace kdvq::testing {
 namespace {
@@ -147,31 +146,6 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
                          FreshRun(d.oracle)});
     }
     ExpectSituations(New_KDUpgradeWFM830, table);
-}
-
-TEST(KDUpgradeWFM830, GetWFMDBVersionSeedsAnEmptyTable) {
-    struct Case {
-        const char* name;
-        const char* setup;
-        int32_t expected;
-        std::vector<std::string> rowsAfter;
-    };
-    const Case cases[] = {
-        {"empty table is seeded with 1200", "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT)", 1200, {"1200"}},
-        {"stored number is read", "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT);\nINSERT INTO KD_WMS_DB_VERSION VALUES (2408)",
-         2408, {"2408"}},
-        {"missing table reads 0", "CREATE TABLE OTHER (X INT)", 0, {}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        SqliteRun run(c.setup);
-        auto up = com::ComPtr<KDUpgradeWFM830>(new KDUpgradeWFM830());
-        EXPECT_EQ(up->GetWFMDBVersion(run.cn.Get()), c.expected);
-        if (c.expected != 0) {
-            EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), c.rowsAfter);
-        }
-        EXPECT_EQ(run.host.Log().Lines(), Lines{});
-    }
 }
 
 }  // namespace
