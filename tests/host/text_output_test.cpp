@@ -203,15 +203,5 @@ TEST(RunPresentation, ShowsPassesOutcomesAndSystemTables) {
               }));
 }
 
-TEST(RunPresentation, FailureSummaryNamesTheUpgradersAndTheLog) {
-    RunResult run;
-    run.outcomes = {Outcome("KDVqUpgrader830", true, false), Outcome("KDUpgraderSM833", false, true),
-                    Outcome("KDVqUpgrader902", false, true, "Execute", "overflow")};
-    EXPECT_EQ(FailureSummary(run, "/tmp/r.db.log"),
-              "the upgrade is incomplete: KDUpgraderSM833 answered False, KDVqUpgrader902 failed in Execute.\n"
-              "The log /tmp/r.db.log holds the details. Correct the cause and run the upgrade again; upgraders "
-              "that succeeded are not offered again.");
-}
-
 }  // namespace
 }  // namespace kdhost::testing
