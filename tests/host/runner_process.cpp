@@ -1,6 +1,7 @@
 #include "tests/host/runner_process.h"
 
 #include <fcntl.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,6 +9,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
+
+#include <gtest/gtest.h>
 
 namespace kdhost::testing {
 
@@ -48,6 +51,13 @@ RunnerResult RunRunner(const std::vector<std::string>& args, const RunnerEnviron
     ::unlink(outPath.c_str());
     ::unlink(errPath.c_str());
     return result;
+}
+
+void ExecSqlite(const std::string& path, const std::string& sql) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
+    sqlite3_close(db);
 }
 
 bool MustDropPrivilegesForPermissionTests() { return ::geteuid() == 0; }

@@ -32,6 +32,10 @@ int ExitStatus(int waitStatus);
 // permissions only stop such a user (root reads and writes anything).
 bool MustDropPrivilegesForPermissionTests();
 
+// Runs statements on a SQLite file straight through the engine, making the
+// file when it is missing.
+void ExecSqlite(const std::string& path, const std::string& sql);
+
 std::string ReadWholeFile(const std::string& path);
 void WriteWholeFile(const std::string& path, const std::string& text);
 bool FileExists(const std::string& path);
