@@ -1,10 +1,6 @@
 #pragma once
-// The core upgraders' scripted situations: the core version row, tables
-// that appear and disappear with the statements run, and the cases of one
-// class compared as whole transcripts.
-#include <memory>
-#include <optional>
-#include <set>
+// The core upgraders' scripted situations: the core version row, and the
+// cases of one class compared as whole transcripts.
 #include <string>
 #include <vector>
 
@@ -27,44 +23,6 @@ inline Script CoreRepository(int32_t version, std::vector<std::string> present =
         for (const std::string& query : present) p.AnswerQuery(query, Table({"X"}));
         if (!failing.empty()) p.FailExecute(failing, {nativeError});
     };
-}
-
-// Queries answering while their table is there: a statement in creates
-// makes them answer (no rows), one in drops makes them fail again. The
-// failing statement fails with its native error and changes nothing.
-struct TrackedTable {
-    std::vector<std::string> queries;
-    bool present;
-    std::set<std::string> creates;
-    std::set<std::string> drops;
-};
-struct FailingStatement {
-    std::string sql;
-    int32_t nativeError = 0;
-};
-inline void TrackTables(ado::ScriptedProvider& p, std::vector<TrackedTable> tables, FailingStatement failing = {}) {
-    auto state = std::make_shared<std::vector<TrackedTable>>(std::move(tables));
-    p.SetHandler([state, failing](const std::string& kind,
-                                  const std::string& sql) -> std::optional<ado::ScriptedAnswer> {
-        if (kind == "EXEC" && sql == failing.sql) {
-            ado::ScriptedAnswer answer;
-            answer.nativeErrors = {failing.nativeError};
-            return answer;
-        }
-        for (TrackedTable& table : *state) {
-            if (kind == "EXEC") {
-                if (table.creates.count(sql)) table.present = true;
-                if (table.drops.count(sql)) table.present = false;
-                continue;
-            }
-            for (const std::string& query : table.queries) {
-                if (query != sql) continue;
-                if (!table.present) return ado::ScriptedAnswer{{942}, "table or view does not exist", {}};
-                return ado::ScriptedAnswer{};
-            }
-        }
-        return std::nullopt;
-    });
 }
 
 // One scripted situation of one class: Enabled with version (which must

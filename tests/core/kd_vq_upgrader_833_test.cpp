@@ -98,50 +98,8 @@ TEST(KDVqUpgrader833, ScriptedSituations) {
     ExpectScripted(New_KDVqUpgrader833, cases);
 }
 
-// An 8.3.2 repository on SQLite: extensions without identifiers, node types
-// without their extension.
-const char* const kRepository832 =
-    "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER, DATABASE_ID VARCHAR(64));\n"
-    "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, 'DB1');\n"
-    "CREATE TABLE KD_VQ_SEQUENCE (NAME VARCHAR(64), SEQUENCE_VALUE INTEGER, INCR INTEGER);\n"
-    "INSERT INTO KD_VQ_SEQUENCE VALUES ('Vq_TaskId', 12, 1);\n"
-    "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(128));\n"
-    "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
-    "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDMobile');\n"
-    "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDSessionManager');\n"
-    "CREATE TABLE KD_VQ_NODE_TYPE (NODE_TYPE_ID INTEGER, NAME VARCHAR(64));\n"
-    "INSERT INTO KD_VQ_NODE_TYPE VALUES (1, 'Session');\n"
-    "INSERT INTO KD_VQ_NODE_TYPE VALUES (2, 'Design');\n"
-    "INSERT INTO KD_VQ_NODE_TYPE VALUES (3, 'CU');\n"
-    "INSERT INTO KD_VQ_NODE_TYPE VALUES (4, 'Pole');\n"
-    "INSERT INTO KD_VQ_NODE_TYPE VALUES (5, 'design');\n"
-    "INSERT INTO KD_VQ_NODE_TYPE VALUES (6, 'AllSessionsFilter')";
-
-TEST(KDVqUpgrader833, NumbersExtensionsAndLinksNodeTypesOnSqlite) {
-    SqliteRun repo(kRepository832);
-    EXPECT_EQ(repo.Run(New_KDVqUpgrader833, 1601), "True");
-    EXPECT_EQ(repo.host.Log().Lines(), (Lines{"START " + kAddIdText, "DONE res102", "START " + kAddExtensionIdText,
-                                         "DONE res102"}));
-
-    const Lines extensions = {"'KDWorkflowManager'|101", "'KDMobile'|102", "'KDSessionManager'|103"};
-    const Lines sequences = {"'Vq_TaskId'|12|1", "'VQ_SupportedExtensionID'|104|1"};
-    const Lines nodeTypes = {"1|'Session'|103", "2|'Design'|101", "3|'CU'|101",
-                             "4|'Pole'|-1",     "5|'design'|-1",  "6|'AllSessionsFilter'|103"};
-    const auto expectRows = [&] {
-        EXPECT_EQ(repo.Rows("SELECT NAME, ID FROM KD_VQ_SUPPORTED_EXTENSIONS ORDER BY rowid"), extensions);
-        EXPECT_EQ(repo.Rows("SELECT NAME, SEQUENCE_VALUE, INCR FROM KD_VQ_SEQUENCE ORDER BY rowid"), sequences);
-        EXPECT_EQ(repo.Rows("SELECT NODE_TYPE_ID, NAME, EXTENSION_ID FROM KD_VQ_NODE_TYPE ORDER BY rowid"), nodeTypes);
-        EXPECT_EQ(repo.Rows("SELECT VERSION, DATABASE_ID FROM KD_VQ_DB_VERSION"), Lines{"1926|'DB1'"});
-    };
-    expectRows();
-
-    // A second run renumbers the same way and keeps one sequence row.
-    TestHost again;
-    EXPECT_EQ(repo.Run(again, New_KDVqUpgrader833, 1601), "True");
-    EXPECT_EQ(again.Log().Lines(), Lines{});
-    expectRows();
-}
-
+// A node type whose extension is not installed gets -1 like an unknown
+// one; identifiers set before are given anew.
 TEST(KDVqUpgrader833, NodeTypeOfAnExtensionThatIsNotInstalledOnSqlite) {
     SqliteRun repo(
         "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER);\n"

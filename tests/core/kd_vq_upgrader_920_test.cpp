@@ -1,4 +1,5 @@
 #include "tests/core/core_test_support.h"
+#include "tests/support/scripted_repository.h"
 
 namespace kdvq::testing {
 namespace {
@@ -19,14 +20,14 @@ const std::string kSqlCreateRole = "Create Table KD_VQ_MESSAGING_ROLE (MESSAGE_I
 enum class Messaging { Missing, OldShape, Current };
 
 // The messaging tables as found, changing with the statements that run.
-std::function<void(ado::ScriptedProvider&)> Repository(Messaging messaging, bool roleTable, std::string failing = "",
-                                                       int32_t nativeError = 0) {
+Script Repository(Messaging messaging, bool roleTable, std::string failing = "", int32_t nativeError = 0) {
     return [=](ado::ScriptedProvider& p) {
-        p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{3354}}));
-        TrackTables(p, {{{kMessaging}, messaging != Messaging::Missing, {kOraCreate, kSqlCreate}, {kDrop}},
-                        {{kProcessorProbe}, messaging == Messaging::Current, {kOraCreate, kSqlCreate}, {kDrop}},
-                        {{kMessagingRole}, roleTable, {kOraCreateRole, kSqlCreateRole}, {}}},
-                    {failing, nativeError});
+        ScriptedRepository repo(&p);
+        repo.Version("KD_VQ_DB_VERSION", 3354);
+        if (messaging == Messaging::OldShape) repo.Table("KD_VQ_MESSAGING", {"ID"});
+        if (messaging == Messaging::Current) repo.Table("KD_VQ_MESSAGING", {"ID", "PROCESSOR_ID"});
+        if (roleTable) repo.Table("KD_VQ_MESSAGING_ROLE", {"MESSAGE_ID"});
+        if (!failing.empty()) repo.Fail(failing, {nativeError});
     };
 }
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "framework/mod_main.h"
-#include "tests/support/test_host.h"
+#include "tests/support/upgrader_run.h"
 
 namespace kdvq {
 namespace {
@@ -49,15 +49,12 @@ TEST(UpdateDatabaseId, CopiesOrAsksForTheIdentifier) {
     };
     for (const DatabaseIdCase& c : cases) {
         SCOPED_TRACE(c.name);
-        testing::TestHost host;
-        host.SetInputBoxAnswer(c.answer);
-        testing::TempDir dir;
-        auto connection = testing::OpenSqlite(dir.File("repo.db"));
-        testing::ExecAll(connection.Get(), c.setup);
-        EXPECT_EQ(UpdateDatabaseId("", connection.Get(), "KD_WMS_DB_VERSION", host.Callback().Get()), c.result);
-        EXPECT_EQ(host.Log().Lines(), c.transcript);
-        EXPECT_EQ(testing::QueryRows(connection.Get(), "SELECT * FROM KD_VQ_DB_VERSION"), c.versionRows);
-        EXPECT_EQ(testing::QueryRows(connection.Get(), "SELECT * FROM KD_WMS_DB_VERSION"), c.targetRows);
+        testing::SqliteRun run(c.setup);
+        run.host.SetInputBoxAnswer(c.answer);
+        EXPECT_EQ(UpdateDatabaseId("", run.cn.Get(), "KD_WMS_DB_VERSION", run.host.Callback().Get()), c.result);
+        EXPECT_EQ(run.host.Log().Lines(), c.transcript);
+        EXPECT_EQ(run.Rows("SELECT * FROM KD_VQ_DB_VERSION"), c.versionRows);
+        EXPECT_EQ(run.Rows("SELECT * FROM KD_WMS_DB_VERSION"), c.targetRows);
     }
 }
 

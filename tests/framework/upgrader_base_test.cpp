@@ -4,7 +4,6 @@
 
 #include <optional>
 
-#include "framework/placeholder_upgrader.h"
 #include "framework/upgrader_base.h"
 #include "platform/automation/collection.h"
 #include "platform/com/error_info.h"
@@ -111,33 +110,13 @@ TEST(UpgraderSkeleton, ExecuteWithoutEnabledFails) {
 
 TEST(UpgraderSkeleton, CategoriesToRegNamesTheUpgraderCategoryOnce) {
     testing::TestHost host;
-    const std::vector<com::ComPtr<UpgraderBase>> upgraders = {SampleUpgrader::New(),
-                                                              NewPlaceholderUpgrader("KDVqUpgrader902")};
-    for (const auto& upgrader : upgraders) {
-        SCOPED_TRACE(upgrader->ClassName());
-        auto registration = upgrader.As<IKDRegInCat>(IID_IKDRegInCat);
-        Variant categories;
-        ASSERT_EQ(registration->CategoriesToReg(&categories), com::S_OK);
-        auto list = automation::CollectionOf(categories);
-        ASSERT_TRUE(list);
-        ASSERT_EQ(list->Count(), 1);
-        EXPECT_EQ(list->Item(1), Variant(testing::TestHost::UpgraderCategory()));
-    }
-}
-
-TEST(PlaceholderUpgrader, IsNeverEnabledAndNamesItsClass) {
-    testing::TestHost host;
-    auto connection = host.ScriptedConnection("OraOLEDB.Oracle");
-    auto upgrader = NewPlaceholderUpgrader("KDUpgradeMobile902");
-    EXPECT_FALSE(CallEnabled(upgrader.Get(), host.Login(connection.Get()).Get(), 0));
-    EXPECT_FALSE(CallExecute(upgrader.Get(), host.Callback().Get()));
-    std::string name;
-    std::string description;
-    ASSERT_EQ(Upgrader(upgrader)->Name(&name), com::S_OK);
-    ASSERT_EQ(Upgrader(upgrader)->Description(&description), com::S_OK);
-    EXPECT_EQ(name, "KDUpgradeMobile902");
-    EXPECT_EQ(description, "KDUpgradeMobile902");
-    EXPECT_EQ(host.Log().Lines(), std::vector<std::string>());
+    auto registration = SampleUpgrader::New().As<IKDRegInCat>(IID_IKDRegInCat);
+    Variant categories;
+    ASSERT_EQ(registration->CategoriesToReg(&categories), com::S_OK);
+    auto list = automation::CollectionOf(categories);
+    ASSERT_TRUE(list);
+    ASSERT_EQ(list->Count(), 1);
+    EXPECT_EQ(list->Item(1), Variant(testing::TestHost::UpgraderCategory()));
 }
 
 }  // namespace

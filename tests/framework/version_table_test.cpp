@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "framework/mod_main.h"
-#include "tests/support/test_host.h"
+#include "tests/support/upgrader_run.h"
 
 namespace kdvq {
 namespace {
@@ -38,23 +38,17 @@ TEST(SetDBVersion, OnlyEverRaisesTheNumber) {
     };
     for (const SetVersionCase& c : cases) {
         SCOPED_TRACE(c.name);
-        testing::TestHost host;
-        testing::TempDir dir;
-        auto connection = testing::OpenSqlite(dir.File("repo.db"));
-        testing::ExecAll(connection.Get(), c.setup);
-        EXPECT_EQ(SetDBVersion(connection.Get(), c.prefix, "KD_VQ_DB_VERSION", c.version), c.result);
-        EXPECT_EQ(testing::QueryRows(connection.Get(), "SELECT VERSION FROM " + c.prefix + "KD_VQ_DB_VERSION"),
-                  c.rows);
-        EXPECT_EQ(host.Log().Lines(), std::vector<std::string>());
+        testing::SqliteRun run(c.setup);
+        EXPECT_EQ(SetDBVersion(run.cn.Get(), c.prefix, "KD_VQ_DB_VERSION", c.version), c.result);
+        EXPECT_EQ(run.Rows("SELECT VERSION FROM " + c.prefix + "KD_VQ_DB_VERSION"), c.rows);
+        EXPECT_EQ(run.host.Log().Lines(), testing::Lines());
     }
 }
 
 TEST(SetDBVersion, NoVersionTableAnswersFalse) {
-    testing::TestHost host;
-    testing::TempDir dir;
-    auto connection = testing::OpenSqlite(dir.File("repo.db"));
-    EXPECT_FALSE(SetDBVersion(connection.Get(), "", "KD_WMS_DB_VERSION", 1206));
-    EXPECT_EQ(host.Log().Lines(), std::vector<std::string>());
+    testing::SqliteRun run("");
+    EXPECT_FALSE(SetDBVersion(run.cn.Get(), "", "KD_WMS_DB_VERSION", 1206));
+    EXPECT_EQ(run.host.Log().Lines(), testing::Lines());
 }
 
 struct GetVersionCase {
@@ -77,15 +71,12 @@ TEST(GetDBVersion, ReadsTheFirstRow) {
     };
     for (const GetVersionCase& c : cases) {
         SCOPED_TRACE(c.name);
-        testing::TestHost host;
-        testing::TempDir dir;
-        auto connection = testing::OpenSqlite(dir.File("repo.db"));
-        testing::ExecAll(connection.Get(), c.setup);
-        EXPECT_EQ(GetDBVersion(connection.Get(), "", "KD_SESSION_DB_VERSION"), c.version);
+        testing::SqliteRun run(c.setup);
+        EXPECT_EQ(GetDBVersion(run.cn.Get(), "", "KD_SESSION_DB_VERSION"), c.version);
         if (!c.setup.empty()) {
-            EXPECT_EQ(testing::QueryRows(connection.Get(), "SELECT VERSION FROM KD_SESSION_DB_VERSION"), c.rows);
+            EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_SESSION_DB_VERSION"), c.rows);
         }
-        EXPECT_EQ(host.Log().Lines(), c.log);
+        EXPECT_EQ(run.host.Log().Lines(), c.log);
     }
 }
 

@@ -148,7 +148,6 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, RegistryValues,
     ::testing::Values(
         RegistryCase{"Set", "BulletinBoard Version", "VersionName", 8, Variant(""), Variant("9.3.1")},
-        RegistryCase{"NamesIgnoreCase", "BULLETINBOARD VERSION", "versionname", 8, Variant(""), Variant("9.3.1")},
         RegistryCase{"AbsentGivesTheDefault", "BulletinBoard Version", "Build", 8, Variant("none"), Variant("none")},
         RegistryCase{"AbsentWithoutDefaultIsEmptyText", "Missing", "VersionName", 8, Variant(), Variant("")},
         RegistryCase{"NumberAsLong", "Numbers", "Count", 3, Variant(), Variant::Long(42)}),

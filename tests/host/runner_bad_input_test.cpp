@@ -21,14 +21,6 @@ namespace {
 
 using kdvq::testing::TempDir;
 
-// Runs SQL on a new or existing SQLite file.
-void Sqlite(const std::string& path, const std::string& sql) {
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
-    sqlite3_close(db);
-}
-
 const char kRepositoryTables[] =
     "CREATE TABLE KD_VQ_NODE_TYPE (NODE_TYPE_ID INT, NAME VARCHAR(64));"
     "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT); INSERT INTO KD_VQ_DB_VERSION VALUES (4866);";
@@ -77,7 +69,7 @@ std::string PlainFile(const std::string& folder, const std::string& text) {
 
 std::string SqliteFile(const std::string& folder, const std::string& sql) {
     std::string path = folder + "/repository.db";
-    Sqlite(path, sql);
+    ExecSqlite(path, sql);
     return path;
 }
 

@@ -1,6 +1,7 @@
 #include "tests/host/runner_process.h"
 
 #include <fcntl.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,16 +10,14 @@
 #include <fstream>
 #include <sstream>
 
+#include <gtest/gtest.h>
+
 namespace kdhost::testing {
 
-namespace {
-
-constexpr uid_t kNobody = 65534;
-
-std::string RunnerPath() { return std::string(KDVQ_BINARY_DIR) + "/bin/kdvq-upgrade"; }
-
-[[noreturn]] void StartChild(const std::vector<std::string>& args, const RunnerEnvironment& environment,
-                             const std::string& outPath, const std::string& errPath) {
+pid_t StartRunner(const std::vector<std::string>& args, const RunnerEnvironment& environment,
+                  const std::string& outPath, const std::string& errPath) {
+    pid_t child = ::fork();
+    if (child != 0) return child;
     int in = ::open("/dev/null", O_RDONLY);
     int out = ::open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
     int err = ::open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
@@ -28,33 +27,37 @@ std::string RunnerPath() { return std::string(KDVQ_BINARY_DIR) + "/bin/kdvq-upgr
     ::dup2(err, STDERR_FILENO);
     ::setenv("KDVQ_REGISTRY", (environment.folder + "/registry.ini").c_str(), 1);
     ::setenv("KDVQ_SETTINGS", (environment.folder + "/settings.ini").c_str(), 1);
+    constexpr uid_t kNobody = 65534;
     if (environment.asUnprivilegedUser && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) std::_Exit(126);
-    std::vector<char*> argv;
-    std::string path = RunnerPath();
-    argv.push_back(path.data());
+    std::string path = std::string(KDVQ_BINARY_DIR) + "/bin/kdvq-upgrade";
     std::vector<std::string> copies = args;
+    std::vector<char*> argv = {path.data()};
     for (std::string& arg : copies) argv.push_back(arg.data());
     argv.push_back(nullptr);
     ::execv(path.c_str(), argv.data());
     std::_Exit(127);
 }
 
-}  // namespace
+int ExitStatus(int waitStatus) {
+    return WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : 128 + WTERMSIG(waitStatus);
+}
 
 RunnerResult RunRunner(const std::vector<std::string>& args, const RunnerEnvironment& environment) {
     std::string outPath = environment.folder + "/runner.out";
     std::string errPath = environment.folder + "/runner.err";
-    pid_t child = ::fork();
-    if (child == 0) StartChild(args, environment, outPath, errPath);
-    int wstatus = 0;
-    ::waitpid(child, &wstatus, 0);
-    RunnerResult result;
-    result.status = WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : 128 + WTERMSIG(wstatus);
-    result.out = ReadWholeFile(outPath);
-    result.err = ReadWholeFile(errPath);
+    int waitStatus = 0;
+    ::waitpid(StartRunner(args, environment, outPath, errPath), &waitStatus, 0);
+    RunnerResult result{ExitStatus(waitStatus), ReadWholeFile(outPath), ReadWholeFile(errPath)};
     ::unlink(outPath.c_str());
     ::unlink(errPath.c_str());
     return result;
+}
+
+void ExecSqlite(const std::string& path, const std::string& sql) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
+    sqlite3_close(db);
 }
 
 bool MustDropPrivilegesForPermissionTests() { return ::geteuid() == 0; }

@@ -2,6 +2,8 @@
 // Runs the built kdvq-upgrade binary in a child process with a registry
 // and settings of its own, its standard input closed, and collects its exit
 // status and output.
+#include <sys/types.h>
+
 #include <string>
 #include <vector>
 
@@ -19,10 +21,20 @@ struct RunnerEnvironment {
 };
 
 RunnerResult RunRunner(const std::vector<std::string>& args, const RunnerEnvironment& environment);
+// Starts the runner in the background, its output going to the two files;
+// the child's process id.
+pid_t StartRunner(const std::vector<std::string>& args, const RunnerEnvironment& environment,
+                  const std::string& outPath, const std::string& errPath);
+// The exit status of a waitpid status; 128 + signal number when killed.
+int ExitStatus(int waitStatus);
 
 // Whether the runner can be started as an unprivileged user: file
 // permissions only stop such a user (root reads and writes anything).
 bool MustDropPrivilegesForPermissionTests();
+
+// Runs statements on a SQLite file straight through the engine, making the
+// file when it is missing.
+void ExecSqlite(const std::string& path, const std::string& sql);
 
 std::string ReadWholeFile(const std::string& path);
 void WriteWholeFile(const std::string& path, const std::string& text);

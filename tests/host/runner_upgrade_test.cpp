@@ -1,7 +1,5 @@
 // The runner end to end on SQLite repositories: the --json documents, and
 // a sample of release 8.2 brought to the current release.
-#include <sqlite3.h>
-
 #include <string>
 #include <vector>
 
@@ -17,32 +15,9 @@ namespace {
 using kdvq::testing::TempDir;
 using Type = JsonValue::Type;
 
-// The first column of the first row of a query, as text.
-std::string QueryText(const std::string& path, const std::string& sql) {
-    sqlite3* db = nullptr;
-    sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
-    sqlite3_stmt* statement = nullptr;
-    std::string text = "(none)";
-    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr) == SQLITE_OK &&
-        sqlite3_step(statement) == SQLITE_ROW) {
-        const unsigned char* value = sqlite3_column_text(statement, 0);
-        text = value ? reinterpret_cast<const char*>(value) : "(null)";
-    }
-    sqlite3_finalize(statement);
-    sqlite3_close(db);
-    return text;
-}
-
-void WriteCoreRepository(const std::string& path) {
-    sqlite3* db = nullptr;
-    sqlite3_open(path.c_str(), &db);
-    sqlite3_exec(db,
-                 "CREATE TABLE KD_VQ_NODE_TYPE (NODE_TYPE_ID INT, NAME VARCHAR(64));"
-                 "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(128), ID INT);"
-                 "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));"
-                 "INSERT INTO KD_VQ_DB_VERSION VALUES (4866, 'CORE-1');",
-                 nullptr, nullptr, nullptr);
-    sqlite3_close(db);
+// The rows of a query, read through the data-access layer.
+std::vector<std::string> Rows(const std::string& path, const std::string& sql) {
+    return kdvq::testing::QueryRows(kdvq::testing::OpenSqlite(path).Get(), sql);
 }
 
 std::vector<int> Versions(const JsonValue& versions) {
@@ -70,7 +45,11 @@ protected:
 TEST_F(RunnerUpgrade, JsonDocumentHasVersionsAndOneEntryPerUpgraderThatRan) {
     // A core part at the current release with no extension installed.
     std::string path = repositoryFolder_.File("core.db");
-    WriteCoreRepository(path);
+    ExecSqlite(path,
+               "CREATE TABLE KD_VQ_NODE_TYPE (NODE_TYPE_ID INT, NAME VARCHAR(64));"
+               "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(128), ID INT);"
+               "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));"
+               "INSERT INTO KD_VQ_DB_VERSION VALUES (4866, 'CORE-1');");
     RunnerResult result = Run({"upgrade", "--db", path, "--json"});
     JsonValue document = ParseJson(result.out);
 
@@ -109,7 +88,7 @@ TEST_F(RunnerUpgrade, StatusJsonListsEveryClassWithItsAnswer) {
     EXPECT_EQ(document["upgraders"].items[3]["class"].text, "KDVqUpgrader830");
     EXPECT_TRUE(document["upgraders"].items[3]["enabled"].boolean);
     // Status reads; it never changes the repository.
-    EXPECT_EQ(QueryText(path, "SELECT VERSION FROM KD_VQ_DB_VERSION"), "1100");
+    EXPECT_EQ(Rows(path, "SELECT VERSION FROM KD_VQ_DB_VERSION"), std::vector<std::string>{"1100"});
 }
 
 TEST_F(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
@@ -122,9 +101,9 @@ TEST_F(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
     EXPECT_EQ(lines[lines.size() - 3], "Versions after: core 4866, session 4866, workflow 5645, mobile 5129");
     EXPECT_EQ(lines[lines.size() - 1], "Log: " + path + ".log");
     // The input box's answer and the host setting reached the repository.
-    EXPECT_EQ(QueryText(path, "SELECT DATABASE_ID FROM KD_VQ_DB_VERSION"), "REPO-7");
-    EXPECT_EQ(QueryText(path, "SELECT CONFIG_VALUE FROM KD_VQ_CONFIG WHERE CONFIG_NAME='WMSDefaultParentVersion'"),
-              "9.3.1");
+    EXPECT_EQ(Rows(path, "SELECT DATABASE_ID FROM KD_VQ_DB_VERSION"), std::vector<std::string>{"'REPO-7'"});
+    EXPECT_EQ(Rows(path, "SELECT CONFIG_VALUE FROM KD_VQ_CONFIG WHERE CONFIG_NAME='WMSDefaultParentVersion'"),
+              std::vector<std::string>{"'9.3.1'"});
 
     // A second run finds nothing to climb: only the final pass runs.
     RunnerResult second = Run({"upgrade", "--db", path, "--json"});

@@ -73,7 +73,8 @@ TEST_P(MobileUpgrade832, Transcript) {
         run.repo.Version("KD_MOBILE_DB_VERSION", 1000);
         std::vector<std::vector<Variant>> rows;
         if (c.start == Start::kStateRowForDesign2)
-            rows.push_back({Variant(9), Variant(2), Variant("P-OLD"), Variant(1)});
+            rows = {{Variant(9), Variant(2), Variant("P-OLD"), Variant(1)},
+                    {Variant(7), Variant(1), Variant("S-1"), Variant(2)}};
         run.repo.Table("KD_MOBILE_STATE", {"NODE_TYPE_ID", "NODE_ID", "PACKET_ID", "IMPORT_STATE"}, rows);
     }
     run.repo.Table("KD_WMS_DESIGN", c.packetColumn ? std::vector<std::string>{"ID", "MOBILE_PACKET_ID"}
@@ -100,7 +101,8 @@ const Case832 kCases[] = {
          .Step(kIndexText, "DROP INDEX KD_WMS_DESIGN.MOBILE_PACKET_ID")
          .Step(kColumnText, kDropColumn)
          .Add(VersionWritten())},
-    // Design 2 has its state row already: only design 1 gets one.
+    // Design 2 has its state row already: only design 1 gets one, as a row
+    // of another node type for node 1 does not count.
     {"SqlServerKeepsExistingStateRow", "SQLOLEDB", Start::kStateRowForDesign2, true, true, nullptr, "True",
      TablesPresent()
          .Add(MoveStarts())

@@ -1,6 +1,6 @@
 // Mobile 9.3 rev2: the packet adapter table, its six rows and the packet
 // extension column in one transaction, committed only when every step
-// succeeded; through the scripted provider and on real SQLite files.
+// succeeded.
 #include <functional>
 
 #include <gtest/gtest.h>
@@ -121,48 +121,6 @@ const Case93 kCases[] = {
 
 INSTANTIATE_TEST_SUITE_P(Situations, MobileUpgrade93rev2, ::testing::ValuesIn(kCases),
                          [](const ::testing::TestParamInfo<Case93>& info) { return std::string(info.param.name); });
-
-// ---- real SQLite files -------------------------------------------------------
-
-const char* const kMobileRepository =
-    "CREATE TABLE KD_MOBILE_DB_VERSION (VERSION INT);\n"
-    "INSERT INTO KD_MOBILE_DB_VERSION VALUES (3035)";
-const char* const kStateRows =
-    "CREATE TABLE KD_MOBILE_STATE (NODE_TYPE_ID INT, NODE_ID INT, PACKET_ID VARCHAR(128), IMPORT_STATE INT);\n"
-    "INSERT INTO KD_MOBILE_STATE VALUES (9, 1, 'P-1', 0);\n"
-    "INSERT INTO KD_MOBILE_STATE VALUES (9, 2, 'P-2', 1)";
-
-TEST(MobileUpgrade93rev2Sqlite, CommitsAdaptersAndColumn) {
-    SqliteRun run(std::string(kMobileRepository) + ";\n" + kStateRows);
-    ASSERT_EQ(run.Run(New_KDUpgradeMobile93rev2, 4866), "True");
-
-    EXPECT_EQ(run.Rows(
-                        "SELECT OBJECTID, PACKET_ADAPTER_PROGID, EXTENSION_NAME, CALL_SEQUENCE_NUMBER "
-                        "FROM KD_MOBILE_PACKET_ADAPTERS ORDER BY rowid"),
-              (std::vector<std::string>{
-                  "1|'KDWFMMobileAdapters.kdWFMInfo'|'KDWorkflowManager'|1",
-                  "2|'KDMobileAdapters.kdMobileGraphics'|'KDWorkflowManager'|2",
-                  "3|'KDWFMMobileAdapters.kdExtent'|'KDWorkflowManager'|3",
-                  "5|'KDSMMobileAdapters.kdSMInfo'|'KDSessionManager'|1",
-                  "6|'KDMobileAdapters.kdMobileGraphics'|'KDSessionManager'|2",
-                  "7|'KDMobileAdapters.kdExtent'|'KDSessionManager'|3",
-              }));
-    EXPECT_EQ(run.Rows("SELECT * FROM KD_MOBILE_STATE ORDER BY NODE_ID"),
-              (std::vector<std::string>{"9|1|'P-1'|0|'MDB'", "9|2|'P-2'|1|'MDB'"}));
-    EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_MOBILE_DB_VERSION"), std::vector<std::string>{"5129"});
-}
-
-// Without a mobile state table the column step fails: the adapter table
-// made earlier in the transaction goes again and the version stays.
-TEST(MobileUpgrade93rev2Sqlite, FailureRollsBackTheAdapterTable) {
-    SqliteRun run(kMobileRepository);
-    ASSERT_EQ(run.Run(New_KDUpgradeMobile93rev2, 4866), "False");
-
-    EXPECT_FALSE(run.cn->InTransaction());
-    EXPECT_EQ(run.Rows("SELECT name FROM sqlite_master WHERE name='KD_MOBILE_PACKET_ADAPTERS'"),
-              std::vector<std::string>{});
-    EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_MOBILE_DB_VERSION"), std::vector<std::string>{"3035"});
-}
 
 }  // namespace
 }  // namespace kdvq::testing

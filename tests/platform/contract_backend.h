@@ -1,6 +1,8 @@
 #pragma once
-// A database the data-access contract runs against. Each backend lives in
-// its own contract_*_backend.cpp file and is made fresh for every test.
+// A database the data-access contract runs against, made fresh for every
+// test: the native SQLite provider and SQLite through its ODBC driver, each
+// on a file of the test's own, and PostgreSQL through its ODBC driver on the
+// server scripts/pg-server.sh starts.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -8,6 +10,7 @@
 #include <vector>
 
 #include "platform/ado/ado.h"
+#include "tests/support/test_host.h"
 
 namespace contract {
 
@@ -16,21 +19,37 @@ enum class Failure { kMissingTable, kDuplicateKey };
 
 class Backend {
 public:
-    virtual ~Backend() = default;
+    ~Backend();
 
     // Why the backend cannot run here (the test is skipped); "" when it can.
-    virtual std::string SkipReason() = 0;
+    const std::string& SkipReason() const { return skipReason_; }
     // A new connection to the test's database.
-    virtual com::ComPtr<ado::Connection> Connect() = 0;
+    com::ComPtr<ado::Connection> Connect() const;
     // The connection's Provider text.
-    virtual std::string ProviderText() const = 0;
-    // A name for a table of the test; servers shared by parallel test
-    // processes get names unique to the process, dropped at the end.
-    virtual std::string Table(const std::string& base) = 0;
+    const std::string& ProviderText() const { return providerText_; }
+    // A name for a table of the test; the server, shared by parallel test
+    // processes, gets names unique to the process, dropped at the end.
+    std::string Table(const std::string& base);
     // The first Errors entry of the failure, as ado_test::DescribeErrors
     // writes it; table as Table() named it.
-    virtual std::string ExpectedError(Failure failure, const std::string& table) const = 0;
+    std::string ExpectedError(Failure failure, const std::string& table) const;
+
+private:
+    friend std::unique_ptr<Backend> MakeSqliteBackend();
+    friend std::unique_ptr<Backend> MakePostgresOdbcBackend();
+    friend std::unique_ptr<Backend> MakeSqliteOdbcBackend();
+
+    kdvq::testing::TempDir dir_;
+    std::string skipReason_, connectionString_, providerText_, tablePrefix_;
+    // The two Errors entries; %T stands for the table's name, %t for it in
+    // lower case.
+    std::string missingTable_, duplicateKey_;
+    std::vector<std::string> tables_;
 };
+
+std::unique_ptr<Backend> MakeSqliteBackend();
+std::unique_ptr<Backend> MakePostgresOdbcBackend();
+std::unique_ptr<Backend> MakeSqliteOdbcBackend();
 
 struct BackendFactory {
     const char* name;
@@ -43,8 +62,7 @@ class BackendTest : public ::testing::TestWithParam<BackendFactory> {
 protected:
     void SetUp() override {
         backend_ = GetParam().make();
-        std::string reason = backend_->SkipReason();
-        if (!reason.empty()) GTEST_SKIP() << reason;
+        if (!backend_->SkipReason().empty()) GTEST_SKIP() << backend_->SkipReason();
         connection_ = backend_->Connect();
     }
 
@@ -54,9 +72,5 @@ protected:
 
 // Names parameterised tests after their backend.
 inline std::string BackendName(const ::testing::TestParamInfo<BackendFactory>& info) { return info.param.name; }
-
-std::unique_ptr<Backend> MakeSqliteBackend();
-std::unique_ptr<Backend> MakePostgresOdbcBackend();
-std::unique_ptr<Backend> MakeSqliteOdbcBackend();
 
 }  // namespace contract

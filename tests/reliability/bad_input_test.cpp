@@ -1,7 +1,6 @@
 // Input the upgrade cannot or need not work on: each case ends with the
 // documented exit status and a one-line reason (or a complete run).
 #include <signal.h>
-#include <sqlite3.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -17,13 +16,6 @@
 
 namespace kdhost::testing {
 namespace {
-
-void Sql(const std::string& path, const std::string& sql) {
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db);
-    sqlite3_close(db);
-}
 
 const char kIncompleteTail[] =
     " holds the details. Correct the cause and run the upgrade again; upgraders that succeeded are not offered "
@@ -83,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(
         // nothing, roles only appear in messages.
         BadInputCase{"QuotesInUserAndRoleNames", "9.0.1 SP1",
                      [](Workbench&, const std::string& path) {
-                         Sql(path,
+                         ExecSqlite(path,
                              "INSERT INTO KD_VQ_USER VALUES (6, 'O''Brien', 'Pat O''Brien');"
                              "INSERT INTO KD_VQ_ROLE (ROLE_ID, NAME, DESCRIPTION, EXTENSION_ID) "
                              "VALUES (7, 'Planner''s Desk', 'Plans', 101);");
@@ -100,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(NewerRepository, HasNothingToDoAndSucceeds) {
     Workbench bench;
     std::string path = bench.Sample("9.3 rev2", "repository.db");
-    Sql(path,
+    ExecSqlite(path,
         "UPDATE KD_VQ_DB_VERSION SET VERSION = 9000; UPDATE KD_SESSION_DB_VERSION SET VERSION = 9000;"
         "UPDATE KD_WMS_DB_VERSION SET VERSION = 9000; UPDATE KD_MOBILE_DB_VERSION SET VERSION = 9000;");
     Snapshot before = TakeSnapshot(path);

@@ -1,40 +1,16 @@
 #include "tests/reliability/runner_child.h"
 
-#include <fcntl.h>
+#include <signal.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
-#include <cstdlib>
-#include <signal.h>
 #include <thread>
 
 namespace kdhost::testing {
 
 RunnerChild::RunnerChild(const Workbench& bench, const std::vector<std::string>& args)
-    : outPath_(bench.File("child.out")) {
-    std::string path = std::string(KDVQ_BINARY_DIR) + "/bin/kdvq-upgrade";
-    std::string registry = bench.File("registry.ini");
-    std::string settings = bench.File("settings.ini");
-    std::string errPath = bench.File("child.err");
-    pid_ = ::fork();
-    if (pid_ != 0) return;
-    int in = ::open("/dev/null", O_RDONLY);
-    int out = ::open(outPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    int err = ::open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    if (in < 0 || out < 0 || err < 0) std::_Exit(126);
-    ::dup2(in, STDIN_FILENO);
-    ::dup2(out, STDOUT_FILENO);
-    ::dup2(err, STDERR_FILENO);
-    ::setenv("KDVQ_REGISTRY", registry.c_str(), 1);
-    ::setenv("KDVQ_SETTINGS", settings.c_str(), 1);
-    std::vector<std::string> copies = args;
-    std::vector<char*> argv = {path.data()};
-    for (std::string& arg : copies) argv.push_back(arg.data());
-    argv.push_back(nullptr);
-    ::execv(path.c_str(), argv.data());
-    std::_Exit(127);
-}
+    : pid_(StartRunner(args, {bench.Folder(), false}, bench.File("child.out"), bench.File("child.err"))),
+      outPath_(bench.File("child.out")) {}
 
 RunnerChild::~RunnerChild() {
     if (pid_ <= 0) return;
@@ -66,7 +42,7 @@ int RunnerChild::Wait() {
     int status = 0;
     ::waitpid(pid_, &status, 0);
     pid_ = -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return ExitStatus(status);
 }
 
 std::string RunnerChild::Out() const { return ReadWholeFile(outPath_); }

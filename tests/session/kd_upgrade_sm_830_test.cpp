@@ -115,9 +115,6 @@ const Case830 kCases[] = {
     {"OracleCopyFailsEndsAtOnce", "OraOLEDB.Oracle", "", kWithCoreVersions, 0,
      [](ScriptedRepository& r) { r.Fail(kOracleCopy, {904}); }, "False",
      FreshOracle().FailedStep(kCopyText, kOracleCopy, 904)},
-    {"OracleCopyAlreadyApplied", "OraOLEDB.Oracle", "", kWithCoreVersions, 0,
-     [](ScriptedRepository& r) { r.Fail(kOracleCopy, {2261}); }, "True",
-     FreshOracle().FailedStep(kCopyText, kOracleCopy, 2261).Add(Retired()).Add(VersionWritten())},
     {"OracleWithoutCoreVersionsRetiresWithoutCopy", "OraOLEDB.Oracle", "", kWithoutCoreVersions, 0, nullptr, "True",
      Enabled("", false)
          .Add(CreateVersionTable("create table KD_SESSION_DB_VERSION (VERSION number(38))"))

@@ -74,7 +74,7 @@ const SmallCase kCases[] = {
                               208)},
     {"SM921Oracle", New_KDUpgradeSM921, "OraOLEDB.Oracle", 3324, nullptr, "True",
      Enabled(false).Step(kRetargetText, kRetarget).Add(Written(4511))},
-    {"SM921FailureKeepsVersion", New_KDUpgradeSM921, "OraOLEDB.Oracle", 3324,
+    {"SM921SqlServerFailureKeepsVersion", New_KDUpgradeSM921, "SQLOLEDB", 3324,
      [](ScriptedRepository& r) { r.Fail(kRetarget, {942}); }, "False",
      Enabled(false).FailedStep(kRetargetText, kRetarget, 942)},
     {"SM93rev2Oracle", New_KDUpgradeSM93rev2, "OraOLEDB.Oracle", 4511, nullptr, "True",

@@ -6,8 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "framework/mod_main.h"
-#include "tests/session/scripted_repository.h"
+#include "tests/support/scripted_repository.h"
 #include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {
@@ -21,9 +20,8 @@ public:
     Golden& Missing(const std::string& sql) { return Line(testing::Missing(sql)); }
     Golden& Start(const std::string& text) { return Line("START " + text); }
     Golden& Step(const std::string& progress, const std::string& sql) { return Add(testing::Step(progress, sql)); }
-    // Tolerated native errors are logged at level 2.
     Golden& FailedStep(const std::string& progress, const std::string& sql, int32_t nativeError) {
-        return Add(testing::FailedStep(progress, sql, nativeError, IsToleratedNativeError(nativeError) ? 2 : 1));
+        return Add(testing::FailedStep(progress, sql, nativeError, 1));
     }
     Golden& Add(const Golden& more) { return Add(more.lines_); }
     Golden& Add(const testing::Lines& more) {

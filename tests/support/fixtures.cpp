@@ -1,4 +1,4 @@
-// Transcript text, temporary directories and SQLite set-up for tests.
+// Temporary directories and SQLite set-up for tests.
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
@@ -6,15 +6,6 @@
 #include "tests/support/test_host.h"
 
 namespace kdvq::testing {
-
-std::string Transcript::Text() const {
-    std::string text;
-    for (const std::string& line : lines_) {
-        if (!text.empty()) text += "\n";
-        text += line;
-    }
-    return text;
-}
 
 TempDir::TempDir() {
     std::string pattern = (std::filesystem::temp_directory_path() / "kdvq-test-XXXXXX").string();
@@ -56,10 +47,6 @@ void ExecAll(ado::Connection* connection, const std::string& statements) {
         start = end + 2;
     }
 }
-
-}  // namespace kdvq::testing
-
-namespace kdvq::testing {
 
 std::vector<std::string> QueryRows(ado::Connection* connection, const std::string& sql) {
     com::ComPtr<ado::Recordset> rs = ado::NewRecordset();

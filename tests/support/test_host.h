@@ -28,9 +28,6 @@ class Transcript {
 public:
     void Add(std::string line) { lines_.push_back(std::move(line)); }
     const std::vector<std::string>& Lines() const { return lines_; }
-    void Clear() { lines_.clear(); }
-    // All lines joined with "\n" (handy for readable failure output).
-    std::string Text() const;
 
 private:
     std::vector<std::string> lines_;
@@ -53,7 +50,6 @@ public:
     TestHost& operator=(const TestHost&) = delete;
 
     Transcript& Log() { return *transcript_; }
-    std::shared_ptr<Transcript> SharedTranscript() { return transcript_; }
 
     // A login object handing out the connection and prefix.
     com::ComPtr<IKDLogin> Login(ado::Connection* connection, const std::string& prefix = "");

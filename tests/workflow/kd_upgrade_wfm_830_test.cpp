@@ -3,7 +3,6 @@
 #include <array>
 
 #include "tests/workflow/scripted_run.h"
-#include "workflow/kd_upgrade_wfm_830.h"
 
 namespace kdvq::testing {
 namespace {
@@ -27,12 +26,12 @@ const Lines kAllColumnsPresent = {
 const Lines kVersionTablesPresent = {Opened("SELECT * FROM KD_VQ_VERSIONS"), Opened("SELECT * FROM KD_WMS_VERSIONS")};
 
 // A repository whose workflow version table does not exist yet: it
-// answers once the upgrader created it.
-void WithoutVersionTable(ado::ScriptedProvider& p, const std::string& create) {
-    p.AnswerQuery("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS", Rows("NAME", {"KDWorkflowManager"}));
-    AnswerOnceCreated(p, {{"select VERSION from KD_WMS_DB_VERSION", {create}, Rows("VERSION", {1})}});
-    p.AnswerQuery("SELECT * FROM KD_VQ_VERSIONS", {});
-    p.AnswerQuery("SELECT * FROM KD_WMS_VERSIONS", {});
+// answers once the upgrader created and filled it.
+void WithoutVersionTable(ado::ScriptedProvider& p) {
+    ScriptedRepository(&p)
+        .Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDWorkflowManager")}})
+        .Table("KD_VQ_VERSIONS", {"node_type_id"})
+        .Table("KD_WMS_VERSIONS", {"node_type_id"});
 }
 
 // Every table and column there, workflow version 1200.
@@ -143,71 +142,10 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
          "WF_"},
     };
     for (const Dialect& d : kDialects) {
-        const std::string create = d.Pick("create table KD_WMS_DB_VERSION (VERSION number(38))",
-                                          "create table KD_WMS_DB_VERSION (VERSION INT)");
-        table.push_back({d.Name() + ", fresh workflow tables", d.Provider(),
-                         [create](auto& p) { WithoutVersionTable(p, create); }, "True", FreshRun(d.oracle)});
+        table.push_back({d.Name() + ", fresh workflow tables", d.Provider(), WithoutVersionTable, "True",
+                         FreshRun(d.oracle)});
     }
     ExpectSituations(New_KDUpgradeWFM830, table);
-}
-
-// Against a real database: the copy is repeated by a second run, the codes
-// are initialised only by the run that adds their column.
-TEST(KDUpgradeWFM830, RerunCopiesVersionsAgainButKeepsCodes) {
-    SqliteRun run(
-            "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
-            "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
-            "CREATE TABLE KD_VQ_VERSIONS (node_type_id INT, node_id INT, base VARCHAR(32), name VARCHAR(32), "
-            "description VARCHAR(64), status INT, ver_access INT, user_name VARCHAR(32), created INT DEFAULT 7);\n"
-            "CREATE TABLE KD_WMS_VERSIONS (node_type_id INT, node_id INT, base VARCHAR(32), name VARCHAR(32), "
-            "description VARCHAR(64), status INT, ver_access INT, user_name VARCHAR(32));\n"
-            "INSERT INTO KD_WMS_VERSIONS VALUES (3, 11, 'SDE.DEFAULT', 'design 11', 'first', 1, 2, 'ann');\n"
-            "CREATE TABLE KD_WMS_COST_FACTOR (ID INT);\n"
-            "INSERT INTO KD_WMS_COST_FACTOR VALUES (5);\n"
-            "CREATE TABLE KD_WMS_COST_FACTOR_TYPE (ID INT, NAME VARCHAR(128));\n"
-            "INSERT INTO KD_WMS_COST_FACTOR_TYPE VALUES (1, 'Labour');\n"
-            "CREATE TABLE KD_WMS_DESIGN (ID INT);\n"
-            "CREATE TABLE KD_WMS_WORK_REQUEST (ID INT)");
-
-    UpgraderPtr up = New_KDUpgradeWFM830();
-    ASSERT_EQ(EnableAndExecute(run.host, up.Get(), run.cn.Get(), "", 1206), "True");
-    ExecAll(run.cn.Get(), "UPDATE KD_WMS_COST_FACTOR SET CODE = 50;\nUPDATE KD_WMS_COST_FACTOR_TYPE SET DISPLAY_NAME = 'Crew'");
-    ASSERT_TRUE(CallExecute(up.Get(), run.host.Callback().Get()));
-
-    EXPECT_EQ(run.Rows("SELECT node_id, base, name, description, status, ver_access, user_name, created "
-                                  "FROM KD_VQ_VERSIONS"),
-              (Lines{"11|'SDE.DEFAULT'|'design 11'|'first'|1|2|'ann'|7",
-                                        "11|'SDE.DEFAULT'|'design 11'|'first'|1|2|'ann'|7"}));
-    EXPECT_EQ(run.Rows("SELECT COUNT(*) FROM KD_WMS_VERSIONS"), (Lines{"1"}));
-    EXPECT_EQ(run.Rows("SELECT ID, CODE FROM KD_WMS_COST_FACTOR"), (Lines{"5|50"}));
-    EXPECT_EQ(run.Rows("SELECT NAME, DISPLAY_NAME FROM KD_WMS_COST_FACTOR_TYPE"),
-              (Lines{"'Labour'|'Crew'"}));
-    EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), (Lines{"1206"}));
-}
-
-TEST(KDUpgradeWFM830, GetWFMDBVersionSeedsAnEmptyTable) {
-    struct Case {
-        const char* name;
-        const char* setup;
-        int32_t expected;
-        std::vector<std::string> rowsAfter;
-    };
-    const Case cases[] = {
-        {"empty table is seeded with 1200", "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT)", 1200, {"1200"}},
-        {"stored number is read", "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT);\nINSERT INTO KD_WMS_DB_VERSION VALUES (2408)",
-         2408, {"2408"}},
-        {"missing table reads 0", "CREATE TABLE OTHER (X INT)", 0, {}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        SqliteRun run(c.setup);
-        auto up = com::ComPtr<KDUpgradeWFM830>(new KDUpgradeWFM830());
-        EXPECT_EQ(up->GetWFMDBVersion(run.cn.Get()), c.expected);
-        if (c.expected != 0) {
-            EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), c.rowsAfter);
-        }
-        EXPECT_EQ(run.host.Log().Lines(), Lines{});
-    }
 }
 
 }  // namespace

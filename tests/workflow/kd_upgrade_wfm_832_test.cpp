@@ -24,9 +24,15 @@ void Repository(ado::ScriptedProvider& p, const Variant& databaseId, const std::
     p.AnswerQuery("SELECT * FROM " + prefix + "KD_VQ_DB_VERSION", {{"VERSION", "DATABASE_ID"}, {{1601, databaseId}}});
 }
 
-// The design's DATABASE_ID column answers once it was added.
-void FreshColumns(ado::ScriptedProvider& p, const std::string& addDatabaseId) {
-    AnswerOnceCreated(p, {{"select DATABASE_ID from KD_WMS_DESIGN", {addDatabaseId}, {}}});
+// A repository without 8.3.2's columns whose id is "REPO-7"; the columns
+// answer once they were added.
+void FreshColumns(ado::ScriptedProvider& p) {
+    ScriptedRepository(&p)
+        .Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDSessionManager")}, {Variant("KDWorkflowManager")}})
+        .Version("KD_WMS_DB_VERSION", 1206)
+        .Table("KD_WMS_DESIGN", {"ID"})
+        .Table("KD_WMS_WORK_REQUEST", {"ID"})
+        .Table("KD_VQ_DB_VERSION", {"VERSION", "DATABASE_ID"}, {{Variant(1601), Variant("REPO-7")}});
 }
 
 const Lines kAllColumnsPresent = {Opened("select WORKSPACE_DB_PROPERTIES from KD_WMS_DESIGN"),
@@ -77,6 +83,16 @@ TEST(KDUpgradeWFM832, ScriptedSituations) {
          "True",
          Join({Enabled832(), kAllColumnsPresent, {Missing("select DATABASE_ID from KD_VQ_DB_VERSION")},
                kLaterColumnsPresent, VersionWritten(1601)})},
+        {"oracle, no row in the core version table: designs untouched", kOracle,
+         [](auto& p) {
+             Repository(p, "unused");
+             p.SetUnknownQueriesSucceed(true);
+             p.AnswerQuery("SELECT * FROM KD_VQ_DB_VERSION", Table({"VERSION", "DATABASE_ID"}));
+         },
+         "True",
+         Join({Enabled832(), kAllColumnsPresent,
+               {Opened("select DATABASE_ID from KD_VQ_DB_VERSION"), Opened("SELECT * FROM KD_VQ_DB_VERSION")},
+               kLaterColumnsPresent, VersionWritten(1601)})},
         {"sql server, a failed column: later steps still run, no version", kSqlServer,
          [](auto& p) {
              Repository(p, Variant::Null());
@@ -108,59 +124,10 @@ TEST(KDUpgradeWFM832, ScriptedSituations) {
          "", 9999, kExecuteTag + "\r\nKDUpgradeWFM832::UpgradeOracle\r\ntable or view does not exist"},
     };
     for (const Dialect& d : kDialects) {
-        const std::string add = "Alter table KD_WMS_DESIGN add DATABASE_ID " + d.Pick("VARCHAR2(64)", "VARCHAR(64)");
         table.push_back({d.Name() + ", fresh columns: the repository id goes into every design", d.Provider(),
-                         [add](auto& p) {
-                             Repository(p, "REPO-7");
-                             FreshColumns(p, add);
-                         },
-                         "True", FreshRun(d.oracle)});
+                         FreshColumns, "True", FreshRun(d.oracle)});
     }
     ExpectSituations(New_KDUpgradeWFM832, table);
-}
-
-// Against a real database: what the designs hold after the run, for each
-// state of the repository's id.
-TEST(KDUpgradeWFM832, DatabaseIdCopiedIntoDesigns) {
-    struct Case {
-        const char* name;
-        const char* coreVersionTable;
-        const char* designColumn;  // extra column statement of KD_WMS_DESIGN, or ""
-        std::vector<std::string> designs;
-    };
-    const Case cases[] = {
-        {"no DATABASE_ID column", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT);\nINSERT INTO KD_VQ_DB_VERSION VALUES (1601)",
-         "", {"1|Null", "2|Null"}},
-        {"no row", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64))", "", {"1|Null", "2|Null"}},
-        {"Null id", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
-                    "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, NULL)",
-         "", {"1|Null", "2|Null"}},
-        {"empty id", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
-                     "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, '')",
-         "", {"1|Null", "2|Null"}},
-        {"an id overwrites what designs held", "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
-                                               "INSERT INTO KD_VQ_DB_VERSION VALUES (1601, 'NEW')",
-         "ALTER TABLE KD_WMS_DESIGN ADD DATABASE_ID VARCHAR(64);\nUPDATE KD_WMS_DESIGN SET DATABASE_ID = 'OLD' WHERE ID = 1",
-         {"1|'NEW'", "2|'NEW'"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        SqliteRun run(std::string("CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
-                                  "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
-                                  "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT);\n"
-                                  "INSERT INTO KD_WMS_DB_VERSION VALUES (1206);\n"
-                                  "CREATE TABLE KD_WMS_DESIGN (ID INT);\n"
-                                  "INSERT INTO KD_WMS_DESIGN VALUES (1);\n"
-                                  "INSERT INTO KD_WMS_DESIGN VALUES (2);\n"
-                                  "CREATE TABLE KD_WMS_WORK_REQUEST (ID INT);\n") +
-                      c.coreVersionTable + ";\n" + c.designColumn);
-        EXPECT_EQ(run.Run(New_KDUpgradeWFM832, 1601), "True");
-        EXPECT_EQ(run.Rows("SELECT ID, DATABASE_ID FROM KD_WMS_DESIGN ORDER BY ID"), c.designs);
-        EXPECT_EQ(run.Rows("SELECT WORKSPACE_DB_PROPERTIES, ENTERPRISE_ID FROM KD_WMS_DESIGN WHERE ID = 1"),
-                  Lines{"Null|Null"});
-        EXPECT_EQ(run.Rows("SELECT ENTERPRISE_ID, UNIQUE_ID FROM KD_WMS_WORK_REQUEST"), Lines{});
-        EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), Lines{"1601"});
-    }
 }
 
 }  // namespace

@@ -172,49 +172,5 @@ TEST(KDUpgradeWFM833, ScriptedSituations) {
     ExpectSituations(New_KDUpgradeWFM833, table);
 }
 
-// Against a real database: where the design types already exist they are
-// neither created nor added again; the subtasks move to their core classes
-// and the packet column goes.
-TEST(KDUpgradeWFM833, RealRepositoryWithDesignTypes) {
-    struct Case {
-        const char* name;
-        const char* designTypes;
-        std::vector<std::string> rowsAfter;
-    };
-    const Case cases[] = {
-        {"design types already there", "CREATE TABLE KD_WMS_DESIGN_TYPE (ID INT, DESIGN_TYPE VARCHAR(64));\n"
-                                       "INSERT INTO KD_WMS_DESIGN_TYPE VALUES (1, 'Electric');\n"
-                                       "INSERT INTO KD_WMS_DESIGN_TYPE VALUES (2, 'Gas');\n"
-                                       "INSERT INTO KD_WMS_DESIGN_TYPE VALUES (3, 'Water');\n"
-                                       "INSERT INTO KD_WMS_DESIGN_TYPE VALUES (4, 'Steam')",
-         {"1|'Electric'", "2|'Gas'", "3|'Water'", "4|'Steam'"}},
-        {"design types created with their rows", "", {"1|'Electric'", "2|'Gas'", "3|'Water'"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        SqliteRun run(std::string("CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
-                "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
-                "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));\n"
-                "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, 'R1');\n"
-                "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT);\n"
-                "INSERT INTO KD_WMS_DB_VERSION VALUES (1601);\n"
-                "CREATE TABLE KD_WMS_WORK_FUNCTION (ID INT);\n"
-                "CREATE TABLE KD_WMS_DESIGN (ID INT, MOBILE_PACKET_ID INT, DATABASE_ID VARCHAR(64));\n"
-                "INSERT INTO KD_WMS_DESIGN VALUES (8, 80, NULL);\n"
-                "CREATE TABLE KD_VQ_SUBTASKS (SUBTASK_ID INT, SUBTASK_OBJECT VARCHAR(128));\n"
-                "INSERT INTO KD_VQ_SUBTASKS VALUES (1, 'kdWorkflowSubtasks.clsMobileSync');\n"
-                "INSERT INTO KD_VQ_SUBTASKS VALUES (2, 'kdWorkflowSubtasks.clsEnterpriseUpdate');\n"
-                "INSERT INTO KD_VQ_SUBTASKS VALUES (3, 'kdWorkflowSubtasks.clsMobileUpdate');\n") +
-                      c.designTypes);
-        EXPECT_EQ(run.Run(New_KDUpgradeWFM833, 1926), "True");
-        EXPECT_EQ(run.Rows("SELECT ID, DESIGN_TYPE FROM KD_WMS_DESIGN_TYPE ORDER BY ID"), c.rowsAfter);
-        EXPECT_EQ(run.Rows("SELECT * FROM KD_WMS_DESIGN"), (Lines{"8|'R1'|Null"}));
-        EXPECT_EQ(run.Rows("SELECT SUBTASK_ID, SUBTASK_OBJECT FROM KD_VQ_SUBTASKS ORDER BY SUBTASK_ID"),
-                  (Lines{"1|'kdVqSubtasks.clsMobileSync'", "2|'kdVqSubtasks.clsEnterpriseUpdate'",
-                                            "3|'kdWorkflowSubtasks.clsMobileUpdate'"}));
-        EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), Lines{"2408"});
-    }
-}
-
 }  // namespace
 }  // namespace kdvq::testing

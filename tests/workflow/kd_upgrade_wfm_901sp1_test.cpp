@@ -62,36 +62,5 @@ TEST(KDUpgradeWFM901sp1, ScriptedSituations) {
     ExpectSituations(New_KDUpgradeWFM901sp1, table);
 }
 
-// Against a real database: the configuration rows after the run.
-TEST(KDUpgradeWFM901sp1, DefaultParentVersionSeeded) {
-    struct Case {
-        const char* name;
-        const char* existing;       // statement adding a row, or ""
-        const char* registryValue;  // "" for none
-        std::vector<std::string> rowsAfter;
-    };
-    const Case cases[] = {
-        {"registry value seeds the setting", "", "SDE.DEFAULT", {"'OTHER'|'x'", "'WMSDefaultParentVersion'|'SDE.DEFAULT'"}},
-        {"no registry value", "", "", {"'OTHER'|'x'"}},
-        {"setting already present", "INSERT INTO KD_VQ_CONFIG VALUES ('WMSDefaultParentVersion', 'SDE.OLD')", "SDE.NEW",
-         {"'OTHER'|'x'", "'WMSDefaultParentVersion'|'SDE.OLD'"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        SqliteRun run(
-            "CREATE TABLE KD_VQ_SUPPORTED_EXTENSIONS (NAME VARCHAR(64));\n"
-            "INSERT INTO KD_VQ_SUPPORTED_EXTENSIONS VALUES ('KDWorkflowManager');\n"
-            "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT);\n"
-            "INSERT INTO KD_WMS_DB_VERSION VALUES (2408);\n"
-            "CREATE TABLE KD_VQ_CONFIG (CONFIG_NAME VARCHAR(64), CONFIG_VALUE VARCHAR(255));\n"
-            "INSERT INTO KD_VQ_CONFIG VALUES ('OTHER', 'x');\n" +
-            std::string(c.existing));
-        if (*c.registryValue) run.host.SetRegistryValue("VersionName", c.registryValue);
-        EXPECT_EQ(run.Run(New_KDUpgradeWFM901sp1, 2703), "True");
-        EXPECT_EQ(run.Rows("SELECT CONFIG_NAME, CONFIG_VALUE FROM KD_VQ_CONFIG ORDER BY CONFIG_NAME"), c.rowsAfter);
-        EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), Lines{"2710"});
-    }
-}
-
 }  // namespace
 }  // namespace kdvq::testing

@@ -1,38 +1,12 @@
 #pragma once
 // The common answers of a workflow repository behind the scripted provider,
-// queries that start answering once the statement creating their table or
-// column has run, and the transcript lines of the workflow version table.
-#include <memory>
-#include <optional>
-#include <set>
+// and the transcript lines of the workflow version table.
 #include <string>
-#include <vector>
 
+#include "tests/support/scripted_repository.h"
 #include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {
-
-// A query that fails as a missing table or column would until one of the
-// statements creating it has run.
-struct Appearing {
-    std::string query;
-    std::set<std::string> createdBy;
-    ado::ScriptedRows rows;
-};
-
-inline void AnswerOnceCreated(ado::ScriptedProvider& p, std::vector<Appearing> items) {
-    auto created = std::make_shared<std::set<std::string>>();
-    p.SetHandler([items, created](const std::string& kind, const std::string& sql) -> std::optional<ado::ScriptedAnswer> {
-        for (const auto& item : items) {
-            if (kind == "EXEC" && item.createdBy.count(sql)) created->insert(item.query);
-            if (kind == "OPEN" && item.query == sql) {
-                if (created->count(sql)) return ado::ScriptedAnswer{{}, "", item.rows};
-                return ado::ScriptedAnswer{{942}, "table or view does not exist", {}};
-            }
-        }
-        return std::nullopt;
-    });
-}
 
 // The workflow extension registered, and the workflow version table's row.
 inline void WorkflowRepository(ado::ScriptedProvider& p, int32_t workflowVersion, const std::string& prefix = "") {

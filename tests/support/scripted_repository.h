@@ -3,9 +3,10 @@
 // exist with their columns and rows. It answers the existence and version
 // queries the upgraders send ("SELECT * FROM T", "select C from T") from
 // the model, and applies the effect of the statements they run (create,
-// alter, drop, insert into and update of a version), so that a later test
-// sees what an earlier step did. Queries it does not know fall through to
-// the provider's own rules.
+// alter, drop, insert into and update of a version), so that a later query
+// sees what an earlier step did: a table or column appears after its CREATE
+// or ALTER and is gone after its DROP. Queries of other shapes fall through
+// to the provider's own rules.
 #include <algorithm>
 #include <cctype>
 #include <map>
