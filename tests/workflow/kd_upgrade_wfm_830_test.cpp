@@ -3,6 +3,7 @@
 #include <array>
 
 #include "tests/workflow/scripted_run.h"
+#include "workflow/kd_upgrade_wfm_830.h"
 
 namespace kdvq::testing {
 namespace {
@@ -146,6 +147,33 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
                          FreshRun(d.oracle)});
     }
     ExpectSituations(New_KDUpgradeWFM830, table);
+}
+
+// Neither Enabled nor Execute calls this routine, but it is part of the
+// class: it reads the workflow version and seeds an empty table with 1200.
+TEST(KDUpgradeWFM830, GetWFMDBVersionSeedsAnEmptyTable) {
+    struct Case {
+        const char* name;
+        const char* setup;
+        int32_t expected;
+        Lines rowsAfter;
+    };
+    const Case cases[] = {
+        {"empty table is seeded with 1200", "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT)", 1200, {"1200"}},
+        {"stored number is read",
+         "CREATE TABLE KD_WMS_DB_VERSION (VERSION INT);\nINSERT INTO KD_WMS_DB_VERSION VALUES (2408)", 2408, {"2408"}},
+        {"missing table reads 0", "CREATE TABLE OTHER (X INT)", 0, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        SqliteRun run(c.setup);
+        auto up = com::ComPtr<KDUpgradeWFM830>(new KDUpgradeWFM830());
+        EXPECT_EQ(up->GetWFMDBVersion(run.cn.Get()), c.expected);
+        if (c.expected != 0) {
+            EXPECT_EQ(run.Rows("SELECT VERSION FROM KD_WMS_DB_VERSION"), c.rowsAfter);
+        }
+        EXPECT_EQ(run.host.Log().Lines(), Lines{});
+    }
 }
 
 }  // namespace

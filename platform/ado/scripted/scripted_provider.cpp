@@ -14,13 +14,6 @@ namespace {
 struct SharedState {
     std::string name;
     std::function<void(const std::string&)> record;
-    std::vector<std::pair<std::string, int32_t>> failingTables;  // table -> native error of its row writes
-
-    const int32_t* RowWriteFailure(const std::string& table) const {
-        for (auto it = failingTables.rbegin(); it != failingTables.rend(); ++it)
-            if (sql::SameName(it->first, table)) return &it->second;
-        return nullptr;
-    }
 };
 
 std::string JoinNumbers(const std::vector<int32_t>& numbers) {
@@ -99,13 +92,7 @@ public:
     }
 
 private:
-    void Write(const std::string& line) {
-        if (const int32_t* failure = state_->RowWriteFailure(baseTable_)) {
-            state_->record(line + " => ERROR " + std::to_string(*failure));
-            Fail(*state_, {*failure}, "scripted failure");
-        }
-        state_->record(line);
-    }
+    void Write(const std::string& line) { state_->record(line); }
 
     std::shared_ptr<SharedState> state_;
     ScriptedRows rows_;
@@ -120,7 +107,6 @@ struct ScriptedProvider::Impl {
     std::shared_ptr<SharedState> state;
     std::map<std::string, std::pair<std::vector<int32_t>, std::string>> failingStatements;
     std::map<std::string, ScriptedAnswer> queries;
-    std::vector<std::pair<std::string, ScriptedRows>> prefixes;
     Handler handler;
     bool unknownQueriesSucceed = false;
 
@@ -132,8 +118,6 @@ struct ScriptedProvider::Impl {
         if (std::optional<ScriptedAnswer> answer = Consult("OPEN", sql)) return *answer;
         auto exact = queries.find(sql);
         if (exact != queries.end()) return exact->second;
-        for (auto it = prefixes.rbegin(); it != prefixes.rend(); ++it)
-            if (sql.compare(0, it->first.size(), it->first) == 0) return ScriptedAnswer{{}, "", it->second};
         if (unknownQueriesSucceed) return ScriptedAnswer{};
         return ScriptedAnswer{{942}, "table or view does not exist", {}};
     }
@@ -160,17 +144,9 @@ void ScriptedProvider::FailQuery(const std::string& sql, int32_t nativeError, st
     impl_->queries[sql] = ScriptedAnswer{{nativeError}, std::move(description), {}};
 }
 
-void ScriptedProvider::AnswerQueryPrefix(const std::string& prefix, ScriptedRows rows) {
-    impl_->prefixes.emplace_back(prefix, std::move(rows));
-}
-
 void ScriptedProvider::SetHandler(Handler handler) { impl_->handler = std::move(handler); }
 
 void ScriptedProvider::SetUnknownQueriesSucceed(bool succeed) { impl_->unknownQueriesSucceed = succeed; }
-
-void ScriptedProvider::FailRowWrites(const std::string& table, int32_t nativeError) {
-    impl_->state->failingTables.emplace_back(table, nativeError);
-}
 
 std::string ScriptedProvider::Name() const { return impl_->state->name; }
 

@@ -12,7 +12,6 @@
 //   "UPDATE <table> #<row> SET COL=value, ..."  changed fields of row <row>
 //                                        (1-based position in the query's rows;
 //                                        rows added later number on from there)
-//   either of the two with " => ERROR <n>" appended when FailRowWrites hits it
 //   "BEGIN", "COMMIT", "ROLLBACK"
 // Values are written as Variant::Describe gives them (Null, 12, 'text'),
 // columns in the order the recordset set them. <table> is the single table
@@ -52,8 +51,6 @@ public:
                      std::string description = "scripted failure");
     void AnswerQuery(const std::string& sql, ScriptedRows rows);
     void FailQuery(const std::string& sql, int32_t nativeError = 942, std::string description = "table or view does not exist");
-    // A query whose text starts with prefix answers rows (for texts with ids).
-    void AnswerQueryPrefix(const std::string& prefix, ScriptedRows rows);
     // Consulted before the rules: answer nullopt to fall through. kind is
     // "EXEC" or "OPEN".
     using Handler = std::function<std::optional<ScriptedAnswer>(const std::string& kind, const std::string& sql)>;
@@ -61,8 +58,6 @@ public:
     // Unknown statements succeed; unknown queries fail (942) unless this is
     // set, in which case they answer no rows and no columns.
     void SetUnknownQueriesSucceed(bool succeed);
-    // Fails row writes (INSERT/UPDATE lines) of table with a native error.
-    void FailRowWrites(const std::string& table, int32_t nativeError);
 
     // ---- Provider (declared in provider.h) ----
     std::string Name() const override;
