@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "platform/ado/scripted/scripted_provider.h"
+#include "platform/automation/text_case.h"
 
 namespace kdvq::testing {
 
@@ -71,7 +72,7 @@ private:
         }
         static int ColumnIndex(const ado::ScriptedRows& t, const std::string& column) {
             for (size_t i = 0; i < t.columns.size(); ++i)
-                if (Upper(t.columns[i]) == Upper(column)) return static_cast<int>(i);
+                if (automation::SameTextIgnoringCase(t.columns[i], column)) return static_cast<int>(i);
             return -1;
         }
 
