@@ -18,9 +18,9 @@
 #include "host/library_registration.h"
 #include "host/provider_tap.h"
 #include "host/repository_backup.h"
-#include "host/repository_check.h"
 #include "host/repository_versions.h"
 #include "host/run_presenter.h"
+#include "host/upgrade_preflight.h"
 #include "platform/ado/sqlite/sqlite_provider.h"
 
 namespace kdhost {
@@ -79,8 +79,9 @@ int RunPlanCommand(const PlanOptions& options) {
     Target target = ParseTarget(options.db);
     if (!target.IsFile()) throw BadInput("plan works on SQLite repository files only: it upgrades a copy of the file");
     std::shared_ptr<const Settings> settings = LoadHostSettings(options.settings);
-    CheckRepositoryFile(target.path);
-    CheckRepositoryDatabase(target.path, options.prefix, false);
+    std::optional<std::string> databaseId;
+    if (options.databaseIdOption->count() > 0) databaseId = options.databaseId;
+    databaseId = CheckUpgradeRequest({target, options.prefix, databaseId, *settings, "", false, false});
     ScratchFolder scratch;
     std::string copy = scratch.File("repository.db");
     BackupRepositoryFile(target.path, copy);
@@ -90,8 +91,6 @@ int RunPlanCommand(const PlanOptions& options) {
     if (!nowhere) throw BadInput("/dev/null cannot be opened");
     // The upgraders' own step texts are not part of the plan.
     Console steps(nowhere.get(), false);
-    std::optional<std::string> databaseId;
-    if (options.databaseIdOption->count() > 0) databaseId = options.databaseId;
     HostSession host({scratch.File("plan.log"), databaseId, settings, &console});
     std::vector<UpgraderClassInfo> classes = UpgraderClasses(true);
 

@@ -11,10 +11,11 @@
 #include "host/json_reports.h"
 #include "host/library_registration.h"
 #include "host/login.h"
-#include "host/repository_check.h"
 #include "host/repository_connection.h"
 #include "host/repository_versions.h"
+#include "host/upgrade_preflight.h"
 #include "host/upgrader_calls.h"
+#include "host/upgrader_releases.h"
 
 namespace kdhost {
 
@@ -38,6 +39,8 @@ EnabledAnswer EnabledNow(const UpgraderClassInfo& info, kdvq::IKDLogin* login, i
 void PrintStatus(const Target& target, const RepositoryVersions& versions,
                  const std::vector<EnabledAnswer>& answers) {
     std::printf("Repository %s\nVersions: %s\n", target.text.c_str(), DescribeVersions(versions).c_str());
+    std::string newer = DescribeNewerParts(versions);
+    if (!newer.empty()) std::printf("Newer than this kdvq-upgrade knows: %s; upgrade refuses it\n", newer.c_str());
     std::string applying;
     for (const EnabledAnswer& answer : answers) {
         if (answer.enabled) applying += "  " + answer.className + "\n";
@@ -51,10 +54,7 @@ void PrintStatus(const Target& target, const RepositoryVersions& versions,
 
 int RunStatusCommand(const StatusOptions& options) {
     Target target = ParseTarget(options.db);
-    if (target.IsFile()) {
-        CheckRepositoryFile(target.path);
-        CheckRepositoryDatabase(target.path, options.prefix, false);
-    }
+    CheckStatusRequest(target, options.prefix, options.log);
     HostSession host({options.log, std::nullopt, nullptr, nullptr});
     std::vector<UpgraderClassInfo> classes = UpgraderClasses(true);
     com::ComPtr<ado::Connection> connection = OpenRepository(target, options.prefix, true);

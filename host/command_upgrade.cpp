@@ -12,6 +12,7 @@
 #include "host/commands.h"
 #include "host/console.h"
 #include "host/host_session.h"
+#include "host/interruption.h"
 #include "host/json_reports.h"
 #include "host/library_registration.h"
 #include "host/login.h"
@@ -22,6 +23,8 @@
 #include "host/repository_versions.h"
 #include "host/run_lock.h"
 #include "host/run_presenter.h"
+#include "host/upgrade_preflight.h"
+#include "platform/automation/text_case.h"
 
 namespace kdhost {
 
@@ -36,26 +39,50 @@ struct UpgradeOptions {
     std::string log;
     bool json = false;
     std::string backup;  // --backup: where to copy the repository first
+    bool noTransactions = false;
 };
 
 std::string DefaultLogPath(const Target& target) {
     return target.IsFile() ? target.path + ".log" : "kdvq-upgrade.log";
 }
 
+// Each upgrader runs in a transaction of its own, unless the option turns
+// them off or the server cannot keep one as the upgraders need it.
+bool UseTransactions(const UpgradeOptions& options, const std::string& provider, Console& console) {
+    if (options.noTransactions) {
+        console.Line("Transactions: off (--no-transactions); an interruption keeps what the running upgrader did");
+        return false;
+    }
+    if (automation::ContainsTextIgnoringCase(provider, "Oracle")) {
+        console.Line("Transactions: off; this server commits each definition statement by itself, so an "
+                     "interrupted upgrader cannot be taken back: keep a backup");
+        return false;
+    }
+    // A statement this server rejects can abort the whole transaction, and
+    // a commit then takes back everything the upgrader did before it.
+    if (automation::ContainsTextIgnoringCase(provider, "PostgreSQL")) {
+        console.Line("Transactions: off; on this server a failed statement would take the upgrader's earlier "
+                     "work back with it: keep a backup");
+        return false;
+    }
+    return true;
+}
+
 int RunUpgradeCommand(const UpgradeOptions& options) {
     Target target = ParseTarget(options.db);
     std::shared_ptr<const Settings> settings = LoadHostSettings(options.settings);
-    if (target.IsFile()) CheckRepositoryFile(target.path);
+    std::string logPath = options.log.empty() ? DefaultLogPath(target) : options.log;
+    std::optional<std::string> databaseId;
+    if (options.databaseIdOption->count() > 0) databaseId = options.databaseId;
+    databaseId =
+        CheckUpgradeRequest({target, options.prefix, databaseId, *settings, logPath, true, !options.backup.empty()});
     std::unique_ptr<RunLock> lock = RunLock::Acquire(target);
-    if (target.IsFile()) CheckRepositoryDatabase(target.path, options.prefix, true);
+    if (target.IsFile()) CheckRepositoryNotLocked(target.path);
     if (!options.backup.empty()) BackupTarget(target, options.backup);
 
     // With --json the document alone goes to the standard output.
     std::FILE* out = options.json ? stderr : stdout;
     Console console(out, ::isatty(::fileno(out)) != 0);
-    std::string logPath = options.log.empty() ? DefaultLogPath(target) : options.log;
-    std::optional<std::string> databaseId;
-    if (options.databaseIdOption->count() > 0) databaseId = options.databaseId;
     HostSession host({logPath, databaseId, settings, &console});
     std::vector<UpgraderClassInfo> classes = UpgraderClasses(true);
 
@@ -67,15 +94,20 @@ int RunUpgradeCommand(const UpgradeOptions& options) {
     host.Log().Write("kdvq-upgrade: upgrade of " + target.text + " started; versions " + DescribeVersions(before),
                      kLogInformation);
 
+    bool transactions = UseTransactions(options, connection->Provider(), console);
+    interruption::SetLog(&host.Log());
+    interruption::SetConnection(connection.Get());
     RunResult run;
     {
         com::ComPtr<Login> login = Login::Create(connection, options.prefix);
         com::ComPtr<ProgressCallback> callback = ProgressCallback::Create(console);
         RunPresenter presenter(console);
-        run = RunUpgrade(classes, {connection.Get(), options.prefix, login.Get(), callback.Get()}, presenter);
+        run = RunUpgrade(classes, {connection.Get(), options.prefix, login.Get(), callback.Get(), transactions},
+                         presenter);
     }
 
     RepositoryVersions after = ReadVersions(connection.Get(), options.prefix);
+    interruption::SetConnection(nullptr);
     connection->Close();
     int status = run.Succeeded() ? kExitSuccess : kExitUpgradeFailed;
     std::string ran = std::to_string(run.outcomes.size()) + " upgraders ran, " +
@@ -118,6 +150,8 @@ Command AddUpgradeCommand(CLI::App& app) {
     sub->add_option("--backup", options->backup,
                     "Copy the SQLite repository to this new file before anything changes (an existing file is refused)")
         ->type_name("FILE");
+    sub->add_flag("--no-transactions", options->noTransactions,
+                  "Run the upgraders without a transaction each (an interrupted upgrader then keeps what it did)");
     return {sub, [options] { return RunUpgradeCommand(*options); }};
 }
 

@@ -1,5 +1,8 @@
 #include "host/fault_injection.h"
 
+#include <signal.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -26,12 +29,12 @@ std::string OneLine(const std::string& text) {
 
 class FaultHook {
 public:
-    FaultHook(long failAt, long killAt, std::string tracePath)
-        : failAt_(failAt), killAt_(killAt), tracePath_(std::move(tracePath)) {}
+    FaultHook(long failAt, long killAt, int killSignal, std::string tracePath)
+        : failAt_(failAt), killAt_(killAt), killSignal_(killSignal), tracePath_(std::move(tracePath)) {}
 
     void operator()(TappedCall call, const std::string& text) {
         ++calls_;
-        if (calls_ == killAt_) std::raise(SIGKILL);
+        if (calls_ == killAt_) Kill();
         bool inject = calls_ == failAt_;
         Trace(call, text, inject);
         if (inject) {
@@ -40,6 +43,14 @@ public:
     }
 
 private:
+    void Kill() const {
+        if (killSignal_ == 0 || killSignal_ == SIGKILL) std::raise(SIGKILL);
+        // The runner's own thread for signals handles it and ends the
+        // process; this thread stays where it is meanwhile.
+        ::kill(::getpid(), killSignal_);
+        for (;;) ::pause();
+    }
+
     void Trace(TappedCall call, const std::string& text, bool injected) {
         if (tracePath_.empty()) return;
         // Opened per call, so that a killed run leaves every line written.
@@ -52,6 +63,7 @@ private:
 
     long failAt_;
     long killAt_;
+    int killSignal_;
     std::string tracePath_;
     long calls_ = 0;
 };
@@ -72,7 +84,8 @@ bool OpenWithTestHook(ado::Connection* connection, const Target& target, bool re
     std::string killAt = Variable(kKillAtVariable);
     std::string tracePath = Variable(kFaultTraceVariable);
     if ((failAt.empty() && killAt.empty() && tracePath.empty()) || !target.IsFile()) return false;
-    auto hook = std::make_shared<FaultHook>(std::atol(failAt.c_str()), std::atol(killAt.c_str()), tracePath);
+    auto hook = std::make_shared<FaultHook>(std::atol(failAt.c_str()), std::atol(killAt.c_str()),
+                                            std::atoi(Variable(kKillSignalVariable).c_str()), tracePath);
     std::unique_ptr<ado::Provider> provider = ado::OpenSqliteProvider(
         target.path, readOnly ? ado::SqliteOpenMode::kReadOnly : ado::SqliteOpenMode::kReadWrite);
     connection->OpenWith(TapProvider(std::move(provider), [hook](TappedCall call, const std::string& text) {

@@ -5,7 +5,9 @@
 // would; with KDVQ_FAULT_TRACE=FILE every such call is appended to FILE as
 // one line "N<TAB>kind<TAB>text", the failed one ending in "<TAB>injected";
 // with KDVQ_KILL_AT=N the runner kills itself (SIGKILL) just before the
-// N-th call, as a power cut or an administrator's kill would stop it.
+// N-th call, as a power cut or an administrator's kill would stop it, or,
+// with KDVQ_KILL_SIGNAL=S as well, sends itself signal S there and waits
+// for it to take effect, as an administrator's Ctrl-C or SIGTERM would.
 // The reliability tests use it to interrupt an upgrade at every point and
 // to check that a second run repairs what the first left.
 #include <string>
@@ -19,6 +21,7 @@ namespace kdhost {
 inline const char kFaultAtVariable[] = "KDVQ_FAULT_AT";
 inline const char kFaultTraceVariable[] = "KDVQ_FAULT_TRACE";
 inline const char kKillAtVariable[] = "KDVQ_KILL_AT";
+inline const char kKillSignalVariable[] = "KDVQ_KILL_SIGNAL";
 
 // The message of the injected failure.
 std::string InjectedFaultMessage(long call);

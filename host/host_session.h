@@ -23,6 +23,8 @@ struct HostOptions {
 // The settings file with the --setting options (KEY/VALUENAME=VALUE) over
 // it. Raises BadInput for a malformed option or file.
 std::shared_ptr<const Settings> LoadHostSettings(const std::vector<std::string>& options);
+// The host's string table. Raises BadInput when it cannot be read.
+std::shared_ptr<const StringTable> LoadHostStrings();
 
 class HostSession {
 public:
@@ -36,7 +38,9 @@ private:
     std::unique_ptr<HostServices> services_;
 };
 
-// The title of the input box that asks for the repository's identifier.
+// The title of the input box that asks for the repository's identifier,
+// and the number of its question in the string table.
 inline const std::string kDatabaseIdTitle = "Database ID";
+constexpr int32_t kDatabaseIdQuestion = 609;
 
 }  // namespace kdhost

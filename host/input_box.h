@@ -15,14 +15,23 @@
 
 namespace kdhost {
 
+// Puts a question: shows the title, prompt and default, returns the line
+// typed (the default for an empty line or end of input).
+using Asker =
+    std::function<std::string(const std::string& prompt, const std::string& title, const std::string& defaultText)>;
+// Why an answer cannot be used; empty when it can.
+using AnswerCheck = std::function<std::string(const std::string& answer)>;
+using Teller = std::function<void(const std::string& reason)>;
+
 struct InputBoxAnswers {
     std::map<std::string, std::string> byTitle;  // answers given in advance
     bool interactive = false;                     // a terminal can be asked
     std::function<void()> beforePrompt;           // e.g. ends an open progress line
-    // Asks on the terminal: shows the title, prompt and default, returns
-    // the line typed (the default for an empty line or end of input).
-    std::function<std::string(const std::string& prompt, const std::string& title, const std::string& defaultText)>
-        ask;
+    Asker ask;
+    // An answer typed for one of these titles must pass its check; the
+    // reason a typed answer is refused is told and the question asked again.
+    std::map<std::string, AnswerCheck> checksByTitle;
+    Teller tell;
 };
 
 class HostInputBox : public HostObject<HostInputBox, kdvq::IKDInputBox> {
@@ -40,5 +49,15 @@ private:
 
 // Asks on the standard error stream and reads the standard input.
 std::string AskOnTerminal(const std::string& prompt, const std::string& title, const std::string& defaultText);
+// Writes the reason an answer was refused on the standard error stream.
+void TellOnTerminal(const std::string& reason);
+// Whether a question can be put: the standard input and the standard error
+// stream are terminals.
+bool CanAskOnTerminal();
+
+// Asks until the check accepts the answer, telling the reason for each one
+// it refuses first. An empty answer (no answer) is given back unchecked.
+std::string AskUntilAccepted(const Asker& ask, const AnswerCheck& check, const Teller& tell, const std::string& prompt,
+                             const std::string& title, const std::string& defaultText);
 
 }  // namespace kdhost

@@ -6,8 +6,12 @@
 
 #include "host/bad_input.h"
 #include "host/commands.h"
+#include "host/interruption.h"
 
 int main(int argc, char** argv) {
+    // Before any other thread starts, so that every thread leaves the
+    // signals to the one that handles them.
+    kdhost::interruption::Start();
     CLI::App app("Upgrades the repository of the workflow framework with the upgraders of kdVqUpgraders.",
                  "kdvq-upgrade");
     app.set_version_flag("--version", "kdvq-upgrade " KDVQ_VERSION_TEXT, "Show the version and exit");

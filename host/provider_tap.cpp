@@ -51,6 +51,13 @@ public:
         inner_->CommitTrans();
     }
     void RollbackTrans() override { inner_->RollbackTrans(); }
+    void BeginOuterTransaction() override { inner_->BeginOuterTransaction(); }
+    void CommitOuterTransaction() override {
+        listener_(TappedCall::kOuterCommit, "");
+        inner_->CommitOuterTransaction();
+    }
+    void RollbackOuterTransaction() override { inner_->RollbackOuterTransaction(); }
+    bool Abandon() override { return inner_->Abandon(); }
 
 private:
     std::unique_ptr<ado::Provider> inner_;
@@ -66,6 +73,7 @@ const char* TappedCallName(TappedCall call) {
         case TappedCall::kRowInsert: return "row insert";
         case TappedCall::kRowUpdate: return "row update";
         case TappedCall::kCommit: return "commit";
+        case TappedCall::kOuterCommit: return "upgrader commit";
     }
     return "call";
 }

@@ -13,9 +13,11 @@
 
 namespace kdhost {
 
-enum class TappedCall { kStatement, kQuery, kRowInsert, kRowUpdate, kCommit };
+// kOuterCommit: the commit of the transaction the run puts around an
+// upgrader.
+enum class TappedCall { kStatement, kQuery, kRowInsert, kRowUpdate, kCommit, kOuterCommit };
 
-// "statement", "query", "row insert", "row update", "commit"
+// "statement", "query", "row insert", "row update", "commit", "upgrader commit"
 const char* TappedCallName(TappedCall call);
 
 // text: the statement or query, or the table a row write goes to.

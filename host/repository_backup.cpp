@@ -56,10 +56,14 @@ void BackupRepositoryFile(const std::string& repositoryPath, const std::string& 
     }
 }
 
-void BackupTarget(const Target& target, const std::string& backupPath) {
+void CheckBackupPossible(const Target& target) {
     if (!target.IsFile()) {
         throw BadInput("--backup copies SQLite repository files only; back up a server repository with its own tools");
     }
+}
+
+void BackupTarget(const Target& target, const std::string& backupPath) {
+    CheckBackupPossible(target);
     BackupRepositoryFile(target.path, backupPath);
 }
 

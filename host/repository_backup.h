@@ -13,8 +13,10 @@ namespace kdhost {
 // half-written backup is removed.
 void BackupRepositoryFile(const std::string& repositoryPath, const std::string& backupPath);
 
-// The same for a target of the upgrade; a server repository is refused
-// (its own tools back it up).
+// Raises BadInput for a target this backup cannot copy: a server
+// repository (its own tools back it up).
+void CheckBackupPossible(const Target& target);
+// The same as BackupRepositoryFile for a target of the upgrade.
 void BackupTarget(const Target& target, const std::string& backupPath);
 
 }  // namespace kdhost

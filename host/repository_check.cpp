@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -23,6 +24,25 @@ const char kSqliteHeader[] = "SQLite format 3";
 
 std::string LockedReason(const std::string& path) {
     return path + ": the database is locked by another program; try again when it has finished";
+}
+
+std::string DamagedReason(const std::string& path, const std::string& detail) {
+    return path + ": the database is damaged (" + detail +
+           "); restore it from a backup or repair it, then run again";
+}
+
+// The engine's integrity report in one line: its heading left out, its
+// lines joined.
+std::string OneLine(const std::string& report) {
+    std::string line;
+    size_t at = 0;
+    while (at <= report.size()) {
+        size_t end = std::min(report.find('\n', at), report.size());
+        std::string part = report.substr(at, end - at);
+        if (!part.empty() && part.rfind("*** ", 0) != 0) line += (line.empty() ? "" : "; ") + part;
+        at = end + 1;
+    }
+    return line.empty() ? report : line;
 }
 
 class Database {
@@ -57,6 +77,23 @@ public:
         return rc == SQLITE_ROW;
     }
 
+    // PRAGMA quick_check, which only reads: its first finding, empty when
+    // the database is sound.
+    std::string QuickCheck(const std::string& path) {
+        sqlite3_stmt* statement = nullptr;
+        int rc = sqlite3_prepare_v2(db_, "PRAGMA quick_check(1)", -1, &statement, nullptr);
+        std::string finding;
+        if (rc == SQLITE_OK) rc = sqlite3_step(statement);
+        if (rc == SQLITE_ROW) {
+            const unsigned char* text = sqlite3_column_text(statement, 0);
+            finding = text ? reinterpret_cast<const char*>(text) : "";
+            rc = SQLITE_OK;
+        }
+        sqlite3_finalize(statement);
+        if (rc != SQLITE_OK && rc != SQLITE_DONE) Fail(path, rc);
+        return finding == "ok" ? "" : OneLine(finding);
+    }
+
     void Exec(const std::string& path, const char* sql) {
         int rc = sqlite3_exec(db_, sql, nullptr, nullptr, nullptr);
         if (rc != SQLITE_OK) Fail(path, rc);
@@ -67,6 +104,7 @@ private:
         int primary = rc & 0xff;
         if (primary == SQLITE_BUSY || primary == SQLITE_LOCKED) return LockedReason(path);
         if (primary == SQLITE_NOTADB) return path + ": not a SQLite database";
+        if (primary == SQLITE_CORRUPT) return DamagedReason(path, sqlite3_errstr(rc));
         return path + ": cannot be opened: " + (db_ ? sqlite3_errmsg(db_) : sqlite3_errstr(rc));
     }
     [[noreturn]] void Fail(const std::string& path, int rc) { throw BadInput(Reason(path, rc)); }
@@ -98,21 +136,26 @@ void CheckRepositoryFile(const std::string& path) {
     if (!sqlite) throw BadInput(path + ": not a SQLite database");
 }
 
-void CheckRepositoryDatabase(const std::string& path, const std::string& prefix, bool forWriting) {
-    {
-        Database db(path, SQLITE_OPEN_READONLY);
-        for (const char* const* table = RepositoryMarkerTables(); *table; ++table) {
-            if (!db.HasTable(path, prefix + *table)) {
-                throw BadInput(path + ": not a repository (it has no table " + prefix + *table + ")");
-            }
+void CheckRepositoryDatabase(const std::string& path, const std::string& prefix) {
+    Database db(path, SQLITE_OPEN_READONLY);
+    std::string damage = db.QuickCheck(path);
+    if (!damage.empty()) throw BadInput(DamagedReason(path, damage));
+    for (const char* const* table = RepositoryMarkerTables(); *table; ++table) {
+        if (!db.HasTable(path, prefix + *table)) {
+            throw BadInput(path + ": not a repository (it has no table " + prefix + *table + ")");
         }
     }
-    if (!forWriting) return;
+}
+
+void CheckRepositoryFileWritable(const std::string& path) {
     if (::access(path.c_str(), W_OK) != 0) throw BadInput(path + ": cannot be written (permission denied)");
     std::string folder = std::filesystem::path(path).parent_path().string();
     if (::access(folder.empty() ? "." : folder.c_str(), W_OK) != 0) {
         throw BadInput(path + ": its folder cannot be written, and the database keeps its journal there");
     }
+}
+
+void CheckRepositoryNotLocked(const std::string& path) {
     // Taking the write lock and giving it back at once shows whether
     // another program holds the database.
     Database db(path, SQLITE_OPEN_READWRITE);

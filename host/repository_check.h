@@ -9,10 +9,14 @@ namespace kdhost {
 
 // The file exists, is a readable file and is a SQLite database.
 void CheckRepositoryFile(const std::string& path);
-// Opened read-only: it holds the core tables (with the table prefix), so
-// it is a repository. With forWriting also: the file and its folder can be
-// written, and no other program holds a lock that would block the upgrade.
-void CheckRepositoryDatabase(const std::string& path, const std::string& prefix, bool forWriting);
+// The file and its folder (where the database keeps its journal) can be
+// written.
+void CheckRepositoryFileWritable(const std::string& path);
+// Opened read-only: it is sound (PRAGMA quick_check, which only reads) and
+// holds the core tables (with the table prefix), so it is a repository.
+void CheckRepositoryDatabase(const std::string& path, const std::string& prefix);
+// No other program holds a lock that would block the upgrade.
+void CheckRepositoryNotLocked(const std::string& path);
 
 // The core tables whose presence marks a repository.
 const char* const* RepositoryMarkerTables();

@@ -21,28 +21,45 @@ std::string FailureText() {
 
 void CheckServerRepository(ado::Connection* connection, const Target& target, const std::string& prefix) {
     for (const char* const* table = RepositoryMarkerTables(); *table; ++table) {
-        try {
-            com::ComPtr<ado::Recordset> rows = ado::NewRecordset();
-            rows->Open("SELECT * FROM " + prefix + *table + " WHERE 1=0", connection, ado::adOpenForwardOnly,
-                       ado::adLockReadOnly);
-            rows->Close();
-        } catch (...) {
+        if (!TableReadable(connection, prefix + *table)) {
             throw BadInput(target.text + ": not a repository (it has no table " + prefix + *table + ")");
         }
     }
 }
 
-}  // namespace
-
-com::ComPtr<ado::Connection> OpenRepository(const Target& target, const std::string& prefix, bool readOnly) {
+com::ComPtr<ado::Connection> Open(const Target& target, const std::string& prefix, bool readOnly, bool testHook) {
     com::ComPtr<ado::Connection> connection = ado::NewConnection();
     try {
-        if (!OpenWithTestHook(connection.Get(), target, readOnly)) connection->Open(target.ConnectionString(readOnly));
+        if (!(testHook && OpenWithTestHook(connection.Get(), target, readOnly))) {
+            connection->Open(target.ConnectionString(readOnly));
+        }
     } catch (...) {
-        throw BadInput(target.text + ": cannot be opened: " + FailureText());
+        // The driver's message may repeat the connection string.
+        throw BadInput(target.text + ": cannot be opened: " + target.Shown(FailureText()));
     }
     if (!target.IsFile()) CheckServerRepository(connection.Get(), target, prefix);
     return connection;
+}
+
+}  // namespace
+
+com::ComPtr<ado::Connection> OpenRepository(const Target& target, const std::string& prefix, bool readOnly) {
+    return Open(target, prefix, readOnly, true);
+}
+
+com::ComPtr<ado::Connection> OpenRepositoryForChecks(const Target& target, const std::string& prefix) {
+    return Open(target, prefix, true, false);
+}
+
+bool TableReadable(ado::Connection* connection, const std::string& table) {
+    try {
+        com::ComPtr<ado::Recordset> rows = ado::NewRecordset();
+        rows->Open("SELECT * FROM " + table + " WHERE 1=0", connection, ado::adOpenForwardOnly, ado::adLockReadOnly);
+        rows->Close();
+        return true;
+    } catch (...) {
+        return false;
+    }
 }
 
 }  // namespace kdhost

@@ -49,6 +49,8 @@ void RunPresenter::UpgraderFinished(const UpgraderOutcome& outcome) {
         console_.Line("  FAILED: its Enabled test raised an error:\n" + Indented(outcome.error, "  "));
     } else if (outcome.failedCall == "Execute") {
         console_.Line("  FAILED with an error" + Time(outcome.seconds) + ":\n" + Indented(outcome.error, "  "));
+    } else if (outcome.failedCall == "commit") {
+        console_.Line("  FAILED" + Time(outcome.seconds) + ": " + outcome.error);
     } else if (outcome.result) {
         console_.Line("  succeeded" + Time(outcome.seconds));
     } else if (!outcome.failure) {

@@ -14,6 +14,9 @@ struct Target {
 
     // The connection string the data access layer opens.
     std::string ConnectionString(bool readOnly = false) const;
+    // A text that may repeat the connection string or its password (a
+    // driver's message), with the password shown as "***".
+    std::string Shown(const std::string& text) const;
     bool IsFile() const { return kind == Kind::SqliteFile; }
 };
 

@@ -1,13 +1,19 @@
 #include "host/upgrade_passes.h"
 
+#include <algorithm>
 #include <chrono>
+#include <limits>
+#include <optional>
 #include <map>
 #include <set>
 
 #include "framework/upgrader_interfaces.h"
 #include "host/final_upgraders.h"
+#include "host/interruption.h"
 #include "host/repository_versions.h"
 #include "host/upgrader_calls.h"
+#include "host/upgrader_releases.h"
+#include "host/upgrader_transaction.h"
 #include "platform/automation/collection.h"
 #include "platform/com/error_info.h"
 #include "platform/com/runtime.h"
@@ -19,7 +25,7 @@ namespace {
 class Run {
 public:
     Run(const std::vector<UpgraderClassInfo>& classes, const RunContext& context, RunObserver& observer)
-        : classes_(classes), context_(context), observer_(observer) {}
+        : classes_(ReleaseOrder(classes)), context_(context), observer_(observer) {}
 
     RunResult Go() {
         bool executed = true;
@@ -58,20 +64,41 @@ private:
         UpgraderPtr upgrader = Instance(info, outcome);
         if (!upgrader) return Finish(std::move(outcome));
 
+        // Enabled may write (a missing version row), so it runs inside the
+        // upgrader's transaction too.
+        UpgraderTransaction transaction(context_.connection, context_.transactions);
+        if (!transaction.Begin(&outcome.error)) return Fail(std::move(outcome), "Enabled");
         bool enabled = false;
         if (!AskEnabled(upgrader.Get(), context_.login, coreVersion, &enabled, &outcome.error)) {
+            std::string ignored;
+            transaction.Commit(&ignored);
             return Fail(std::move(outcome), "Enabled");
         }
-        if (!enabled) return false;
+        if (!enabled) {
+            // A commit that fails takes back only what Enabled wrote; the
+            // upgrader is asked again in the next pass.
+            std::string ignored;
+            transaction.Commit(&ignored);
+            return false;
+        }
 
         observer_.UpgraderStarting(info.name, NameOf(upgrader.Get(), info.name));
+        interruption::SetUpgrader(info.name, context_.transactions);
         automation::VARIANT_BOOL answer = automation::VARIANT_FALSE;
         auto start = std::chrono::steady_clock::now();
         com::HRESULT hr = upgrader->Execute(context_.callback, &answer);
+        std::string commitError;
+        bool committed = transaction.Commit(&commitError);
+        interruption::SetUpgrader("", false);
         outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         if (com::Failed(hr)) {
             outcome.error = DescribeFailure(hr);
+            if (!committed) outcome.error += "; " + commitError;
             return Fail(std::move(outcome), "Execute");
+        }
+        if (!committed) {
+            outcome.error = commitError;
+            return Fail(std::move(outcome), "commit");
         }
         outcome.result = answer != automation::VARIANT_FALSE;
         outcome.failure = !outcome.result && !FalseIsNoFailure(info.name);
@@ -125,7 +152,24 @@ private:
         result_.systemTables.push_back(std::move(list));
     }
 
-    const std::vector<UpgraderClassInfo>& classes_;
+    // Within a pass the upgraders are offered oldest release first (by the
+    // number each writes), registration order breaking ties. A run that
+    // starts where an interrupted one stopped then takes the upgraders in
+    // the order an uninterrupted run does, whatever pass it stopped in: an
+    // upgrader of an older release, such as mobile 8.3.2 moving the packet
+    // identifiers out of the design table, always comes before one of a
+    // newer release that removes what it moves.
+    static std::vector<UpgraderClassInfo> ReleaseOrder(std::vector<UpgraderClassInfo> classes) {
+        auto release = [](const UpgraderClassInfo& info) {
+            std::optional<UpgraderRelease> own = ReleaseOfUpgrader(info.name);
+            return own ? own->version : std::numeric_limits<int32_t>::max();
+        };
+        std::stable_sort(classes.begin(), classes.end(),
+                         [&](const UpgraderClassInfo& a, const UpgraderClassInfo& b) { return release(a) < release(b); });
+        return classes;
+    }
+
+    const std::vector<UpgraderClassInfo> classes_;
     const RunContext& context_;
     RunObserver& observer_;
     RunResult result_;

@@ -29,7 +29,7 @@ struct UpgraderOutcome {
     std::string className;
     int pass = 0;             // the pass it ran in; the final pass follows the last
     bool result = false;      // what Execute answered (False when a call failed)
-    std::string failedCall;   // "create", "Enabled" or "Execute" when that call failed
+    std::string failedCall;   // "create", "Enabled", "Execute" or "commit" when that call failed
     std::string error;        // the failure's description then
     bool failure = false;     // counts as a failure of the run
     double seconds = 0;       // time spent in Execute
@@ -67,6 +67,9 @@ struct RunContext {
     std::string prefix;
     kdvq::IKDLogin* login = nullptr;
     kdvq::IKDProgressCallback* callback = nullptr;
+    // Each upgrader's Enabled and Execute run in a transaction of their own
+    // (upgrader_transaction.h).
+    bool transactions = true;
 };
 
 RunResult RunUpgrade(const std::vector<UpgraderClassInfo>& classes, const RunContext& context,

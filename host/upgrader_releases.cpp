@@ -1,5 +1,6 @@
 #include "host/upgrader_releases.h"
 
+#include <algorithm>
 #include <map>
 
 namespace kdhost {
@@ -33,6 +34,25 @@ std::optional<UpgraderRelease> ReleaseOfUpgrader(const std::string& className) {
     auto found = Upgraders().find(className);
     if (found == Upgraders().end()) return std::nullopt;
     return found->second;
+}
+
+RepositoryVersions NewestKnownVersions() {
+    RepositoryVersions newest{};
+    for (const auto& entry : Upgraders()) {
+        newest[entry.second.part] = std::max(newest[entry.second.part], entry.second.version);
+    }
+    return newest;
+}
+
+std::string DescribeNewerParts(const RepositoryVersions& versions) {
+    RepositoryVersions newest = NewestKnownVersions();
+    std::string text;
+    for (size_t i = 0; i < kRepositoryParts.size(); ++i) {
+        if (versions[i] <= newest[i]) continue;
+        text += (text.empty() ? "" : ", ") + std::string(kRepositoryParts[i].name) + " " +
+                std::to_string(versions[i]) + " above " + std::to_string(newest[i]);
+    }
+    return text;
 }
 
 const std::vector<Release>& UpgradedReleases() {

@@ -18,6 +18,13 @@ struct UpgraderRelease {
 // Empty for the upgraders that move no version (final_upgraders.h).
 std::optional<UpgraderRelease> ReleaseOfUpgrader(const std::string& className);
 
+// The highest number any upgrader writes into each part: a repository
+// beyond it was made by a later release than this library knows.
+RepositoryVersions NewestKnownVersions();
+// "core 9000 above 4866, mobile 9000 above 5129" for the parts beyond the
+// newest known; empty when there are none.
+std::string DescribeNewerParts(const RepositoryVersions& versions);
+
 struct Release {
     std::string name;               // "9.0.1 SP1"
     RepositoryVersions versions;    // 0: the part did not exist yet

@@ -108,8 +108,8 @@ public:
     // provider is built in. Raises on failure (Errors filled).
     // A SQLite file must exist; "sqlite:PATH?mode=create" creates a missing
     // file (for tools that make new databases) and "sqlite:PATH?mode=ro"
-    // opens read-only without touching the file. Read-write opens switch
-    // the file to write-ahead logging.
+    // opens read-only without touching the file. The file keeps its own
+    // journal mode.
     void Open(const std::string& connectionString);
     // Opens over a provider made by the caller (the scripted provider).
     void OpenWith(std::unique_ptr<Provider> provider);
@@ -130,6 +130,22 @@ public:
     void RollbackTrans();
     bool InTransaction() const { return transactionLevel_ > 0; }
 
+    // A transaction around a whole unit of work that the work inside does
+    // not see (the host puts one around each upgrader): BeginTrans and its
+    // partners inside it work on a savepoint and report the levels they
+    // would without it, and a failed statement takes back only its own
+    // effect. An interruption takes the unit back whole. Closing the
+    // connection with one open takes it back.
+    void BeginOuterTransaction();
+    // A failed commit takes the unit back and raises.
+    void CommitOuterTransaction();
+    void RollbackOuterTransaction();
+    bool InOuterTransaction() const { return outerTransaction_; }
+    // Thread-safe, for a process about to end on a signal: stops the running
+    // statement, takes back the open transaction and keeps the connection
+    // from doing anything more. True when work was taken back.
+    bool Abandon();
+
     // For the recordset layer and providers.
     ado::Provider& GetProvider();
     // Records the failure of a provider call in Errors and raises it.
@@ -146,6 +162,7 @@ private:
     std::vector<DeferredRead*> deferredReads_;
     Errors errors_;
     int32_t transactionLevel_ = 0;
+    bool outerTransaction_ = false;
 };
 
 // QueryInterface for the connection behind an object (what Basic's cast of

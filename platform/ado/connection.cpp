@@ -91,6 +91,10 @@ void Connection::Close() {
         transactionLevel_ = 0;
         provider->RollbackTrans();
     }
+    if (outerTransaction_) {
+        outerTransaction_ = false;
+        provider->RollbackOuterTransaction();
+    }
 }
 
 int32_t Connection::State() const { return provider_ ? adStateOpen : adStateClosed; }
@@ -134,6 +138,49 @@ void Connection::RollbackTrans() {
     --transactionLevel_;
     CallProvider(*this, [&] { provider.RollbackTrans(); });
 }
+
+void Connection::BeginOuterTransaction() {
+    ado::Provider& provider = GetProvider();
+    if (outerTransaction_ || transactionLevel_ > 0) RaiseAdo(adErrFeatureNotAvailable, kConnectionSource);
+    CompleteDeferredReads();
+    errors_.Clear();
+    CallProvider(*this, [&] { provider.BeginOuterTransaction(); });
+    outerTransaction_ = true;
+}
+
+void Connection::CommitOuterTransaction() {
+    ado::Provider& provider = GetProvider();
+    if (!outerTransaction_) RaiseAdo(adErrNoTransaction, kConnectionSource);
+    CompleteDeferredReads();
+    errors_.Clear();
+    // A caller's transaction left open inside is committed with the unit.
+    transactionLevel_ = 0;
+    outerTransaction_ = false;
+    try {
+        CallProvider(*this, [&] { provider.CommitOuterTransaction(); });
+    } catch (...) {
+        // Whatever failed, the unit is over: taken back, not left open for a
+        // later commit.
+        try {
+            provider.RollbackOuterTransaction();
+        } catch (...) {
+            // The commit's failure is the one to report.
+        }
+        throw;
+    }
+}
+
+void Connection::RollbackOuterTransaction() {
+    ado::Provider& provider = GetProvider();
+    if (!outerTransaction_) RaiseAdo(adErrNoTransaction, kConnectionSource);
+    CompleteDeferredReads();
+    errors_.Clear();
+    transactionLevel_ = 0;
+    outerTransaction_ = false;
+    CallProvider(*this, [&] { provider.RollbackOuterTransaction(); });
+}
+
+bool Connection::Abandon() { return provider_ && provider_->Abandon(); }
 
 void Connection::AddDeferredRead(DeferredRead* reader) { deferredReads_.push_back(reader); }
 

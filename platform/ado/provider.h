@@ -100,9 +100,28 @@ public:
     // Opens a query; raises ProviderError.
     virtual std::unique_ptr<Cursor> OpenQuery(const std::string& sql, const QueryOptions& options) = 0;
 
+    // Without an outer transaction: a transaction of the caller's. Inside
+    // one: a savepoint within it, so that the caller's BeginTrans,
+    // CommitTrans and RollbackTrans keep their effect on what they enclose.
     virtual void BeginTrans() = 0;
     virtual void CommitTrans() = 0;
     virtual void RollbackTrans() = 0;
+
+    // A transaction around a whole unit of work, which the work inside does
+    // not see: an interruption (a signal, a kill, a crash, a lost
+    // connection) takes the unit back whole, while a statement that fails
+    // inside it takes back only its own effect, as it would without it.
+    virtual void BeginOuterTransaction() = 0;
+    // A failed commit takes the unit back and raises.
+    virtual void CommitOuterTransaction() = 0;
+    virtual void RollbackOuterTransaction() = 0;
+
+    // The one call that may come from another thread, while the owner is
+    // anywhere, even inside a call: the process is about to end. Stops the
+    // running statement, takes back the open transaction and keeps the
+    // connection from doing anything more. True when work was taken back
+    // (or will be, by a server when the connection drops).
+    virtual bool Abandon() = 0;
 };
 
 // Made by the ODBC provider when it is built in (KDVQ_HAVE_ODBC); the text

@@ -14,4 +14,11 @@ inline bool SameTextIgnoringCase(const std::string& a, const std::string& b) {
     return true;
 }
 
+// Whether part occurs in text, compared as above.
+inline bool ContainsTextIgnoringCase(const std::string& text, const std::string& part) {
+    for (size_t at = 0; at + part.size() <= text.size(); ++at)
+        if (SameTextIgnoringCase(text.substr(at, part.size()), part)) return true;
+    return false;
+}
+
 }  // namespace automation

@@ -123,6 +123,32 @@ INSTANTIATE_TEST_SUITE_P(
                       InputCase{"NoTerminal", "Other", false, "", {}}),
     [](const ::testing::TestParamInfo<InputCase>& info) { return info.param.name; });
 
+// A typed answer the box's check refuses is told with the reason and the
+// question asked again; no answer stays no answer.
+TEST_F(HostObjects, ATypedAnswerItsCheckRefusesIsAskedAgain) {
+    struct Typing {
+        std::vector<std::string> typed;
+        std::string answer;
+    };
+    for (const Typing& typing : {Typing{{"O'Brien", "REPO-1"}, "REPO-1"}, Typing{{"O'Brien", ""}, ""}}) {
+        std::vector<std::string> typed = typing.typed;
+        std::vector<std::string> told;
+        answers_->interactive = true;
+        answers_->ask = [&](const std::string&, const std::string&, const std::string&) {
+            std::string next = typed.front();
+            typed.erase(typed.begin());
+            return next;
+        };
+        answers_->checksByTitle["Other"] = [](const std::string& answer) {
+            return answer.find('\'') == std::string::npos ? "" : "no quotes in " + answer;
+        };
+        answers_->tell = [&](const std::string& reason) { told.push_back(reason); };
+        EXPECT_EQ(Ask("Other"), typing.answer);
+        EXPECT_EQ(told, std::vector<std::string>{"no quotes in O'Brien"});
+        EXPECT_TRUE(typed.empty());
+    }
+}
+
 struct RegistryCase {
     std::string name;
     std::string key;

@@ -25,6 +25,10 @@ pid_t StartRunner(const std::vector<std::string>& args, const RunnerEnvironment&
     ::dup2(in, STDIN_FILENO);
     ::dup2(out, STDOUT_FILENO);
     ::dup2(err, STDERR_FILENO);
+    ExecRunner(args, environment);
+}
+
+void ExecRunner(const std::vector<std::string>& args, const RunnerEnvironment& environment) {
     ::setenv("KDVQ_REGISTRY", (environment.folder + "/registry.ini").c_str(), 1);
     ::setenv("KDVQ_SETTINGS", (environment.folder + "/settings.ini").c_str(), 1);
     constexpr uid_t kNobody = 65534;

@@ -25,6 +25,9 @@ RunnerResult RunRunner(const std::vector<std::string>& args, const RunnerEnviron
 // the child's process id.
 pid_t StartRunner(const std::vector<std::string>& args, const RunnerEnvironment& environment,
                   const std::string& outPath, const std::string& errPath);
+// In a child process whose standard streams are set: runs the runner there
+// with the environment's registry and settings.
+[[noreturn]] void ExecRunner(const std::vector<std::string>& args, const RunnerEnvironment& environment);
 // The exit status of a waitpid status; 128 + signal number when killed.
 int ExitStatus(int waitStatus);
 

@@ -118,17 +118,5 @@ TEST_F(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
     EXPECT_EQ(document["system_tables"]["mobile"].items.size(), 4u);
 }
 
-TEST_F(RunnerUpgrade, WithoutDatabaseIdTheUpgradersThatNeedItFailAndSayWhatToDo) {
-    std::string path = Sample();
-    RunnerResult result = Run({"upgrade", "--db", path});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err,
-              "kdvq-upgrade: the upgrade is incomplete: KDUpgraderSM833 answered False, KDUpgradeWFM833 answered "
-              "False.\nThe log " +
-                  path +
-                  ".log holds the details. Correct the cause and run the upgrade again; upgraders that succeeded "
-                  "are not offered again.\n");
-}
-
 }  // namespace
 }  // namespace kdhost::testing

@@ -134,6 +134,7 @@ TEST(AdoConnection, LogFileIsCutBackAfterGrowingUnderAnOpenQuery) {
     kdvq::testing::TempDir dir;
     const std::string path = dir.File("log.db");
     com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(path);
+    cn->Execute("PRAGMA journal_mode = WAL");
     ExecAll(cn.Get(), "CREATE TABLE SRC (ID INT);\nINSERT INTO SRC VALUES (1);\nCREATE TABLE DST (ID INT, T TEXT)");
     const auto logSize = [&] { return std::filesystem::file_size(path + "-wal"); };
     const std::string insert = "INSERT INTO DST VALUES (1, '" + std::string(3000, 'x') + "')";

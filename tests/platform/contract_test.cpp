@@ -289,6 +289,37 @@ TEST_P(Contract, TransactionsCommitAndRollBack) {
              insert(c, t, "2, 'b'");
          },
          {"1|'a'", "2|'b'"}},
+        {"inside an outer transaction the caller's own work on a savepoint, and a failure takes back itself only",
+         [&](ado::Connection& c, const std::string& t, const std::function<Rows()>& seen) {
+             c.BeginOuterTransaction();
+             insert(c, t, "2, 'b'");
+             EXPECT_NE(ado_test::ErrorOf([&] { insert(c, t, "1, 'dup'"); }), 0);
+             EXPECT_EQ(c.BeginTrans(), 1);
+             insert(c, t, "3, 'c'");
+             c.RollbackTrans();
+             EXPECT_EQ(c.BeginTrans(), 1);
+             com::ComPtr<ado::Recordset> rs = ado_test::OpenEditable(&c, "SELECT ID, NAME FROM " + t);
+             rs->AddNew();
+             rs->Set("ID", 4);
+             rs->Update();
+             rs->Close();
+             c.CommitTrans();
+             EXPECT_FALSE(c.InTransaction());
+             EXPECT_EQ(seen(), Rows({"1|'a'"}));  // nothing before the outer commit
+             c.CommitOuterTransaction();
+         },
+         {"1|'a'", "2|'b'", "4|Null"}},
+        {"taking an outer transaction back takes the caller's commits with it",
+         [&](ado::Connection& c, const std::string& t, const std::function<Rows()>&) {
+             c.BeginOuterTransaction();
+             insert(c, t, "2, 'b'");
+             c.BeginTrans();
+             insert(c, t, "3, 'c'");
+             c.CommitTrans();
+             c.RollbackOuterTransaction();
+             insert(c, t, "5, 'e'");  // on its own again
+         },
+         {"1|'a'", "5|'e'"}},
     };
     int number = 0;
     for (const TransactionCase& c : cases) {
@@ -296,6 +327,7 @@ TEST_P(Contract, TransactionsCommitAndRollBack) {
         std::string table = MakeTable("X" + std::to_string(++number), "ID INT PRIMARY KEY, NAME VARCHAR(20)", {"1, 'a'"});
         c.steps(*connection_, table, [&] { return SeenByOther(table); });
         EXPECT_FALSE(connection_->InTransaction());
+        EXPECT_FALSE(connection_->InOuterTransaction());
         EXPECT_EQ(SeenByOther(table), c.seen);
     }
 }

@@ -23,20 +23,6 @@
 namespace kdhost::testing {
 namespace {
 
-// The fault loop is split into shards that ctest may run side by side.
-constexpr int kShards = 4;
-
-// Sanitizer builds run several times slower: they try every k-th point
-// unless KDVQ_FAULT_EVERY says otherwise.
-int Every() {
-    if (const char* every = std::getenv("KDVQ_FAULT_EVERY"); every && std::atoi(every) > 0) return std::atoi(every);
-#if defined(__SANITIZE_ADDRESS__)
-    return 4;
-#else
-    return 1;
-#endif
-}
-
 // The points whose outcome is not a clean one (the run failed, said so,
 // and the next run finished the upgrade exactly as an upgrade without
 // failure would have), one line each, compared whole; lines starting with
@@ -145,37 +131,15 @@ std::set<std::string> RowsLost(const Snapshot& before, const Snapshot& now, cons
     return lost;
 }
 
-// The names of the entries of two maps that differ.
-template <class Map>
-std::set<std::string> Differing(const Map& left, const Map& right) {
-    std::set<std::string> names;
-    for (const auto& entry : left) {
-        auto other = right.find(entry.first);
-        if (other == right.end() || !(other->second == entry.second)) names.insert(entry.first);
-    }
-    for (const auto& entry : right) {
-        if (left.count(entry.first) == 0) names.insert(entry.first);
-    }
-    return names;
-}
-
-// The tables (and "indexes") that differ from the upgrade without failure.
-std::string Differences(const Snapshot& snapshot, const Snapshot& reference) {
-    std::set<std::string> names = Differing(snapshot.rows, reference.rows);
-    for (const std::string& table : Differing(snapshot.tables, reference.tables)) names.insert(table);
-    if (snapshot.indexes != reference.indexes) names.insert("indexes");
-    return Names(names);
-}
-
 TEST_P(FaultPoints, EachFailedCallIsReportedAndRepairedByTheNextRun) {
     const long total = static_cast<long>(reference_->calls.size());
     ASSERT_GT(total, 0);
-    const int every = Every();
+    const int every = PointStride();
     std::string path = bench_->File("run-" + std::to_string(GetParam()) + ".db");
     std::string trace = path + ".trace";
     const std::map<long, std::string> expectedOutcomes = ExpectedOutcomes();
     int tried = 0;
-    for (long n = 1 + static_cast<long>(GetParam()) * every; n <= total + 1; n += static_cast<long>(kShards) * every) {
+    for (long n = 1 + static_cast<long>(GetParam()) * every; n <= total + 1; n += static_cast<long>(kPointShards) * every) {
         CopyDatabase(reference_->start, path);
         std::remove(trace.c_str());
         std::vector<std::string> args = UpgradeArgs(path);
@@ -222,7 +186,7 @@ TEST_P(FaultPoints, EachFailedCallIsReportedAndRepairedByTheNextRun) {
     std::printf("fault points tried in shard %d: %d of %ld calls\n", GetParam(), tried, total);
 }
 
-INSTANTIATE_TEST_SUITE_P(Shards, FaultPoints, ::testing::Range(0, kShards));
+INSTANTIATE_TEST_SUITE_P(Shards, FaultPoints, ::testing::Range(0, kPointShards));
 
 }  // namespace
 }  // namespace kdhost::testing

@@ -8,7 +8,7 @@ namespace kdhost::testing {
 
 struct TracedCall {
     long number = 0;
-    std::string kind;  // "statement", "query", "row insert", "row update", "commit"
+    std::string kind;  // "statement", "query", "row insert", "row update", "commit", "upgrader commit"
     std::string text;
     bool injected = false;
 };

@@ -1,102 +1,141 @@
-// An upgrade killed mid-run on a SQLite file on disk: the file stays a
-// sound database, and the next run finishes the upgrade.
+// An upgrade stopped at any point of its run: killed, as a power cut or an
+// administrator's kill would stop it, or interrupted by SIGINT or SIGTERM.
+// The file stays a sound database, and the next run brings it to exactly
+// the repository an uninterrupted upgrade gives: every table's definition,
+// the indexes, and the rows as a multiset (nothing lost, nothing doubled).
 #include <signal.h>
 
-#include <set>
+#include <cstdio>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "host/fault_injection.h"
+#include "host/interruption.h"
+#include "tests/reliability/fault_trace.h"
 #include "tests/reliability/repository_snapshot.h"
-#include "tests/reliability/runner_child.h"
 #include "tests/reliability/workbench.h"
 
 namespace kdhost::testing {
 namespace {
 
-const char kCurrentVersions[] = "core 4866, session 4866, workflow 5645, mobile 5129";
+struct Reference {
+    std::string start;              // the starting repository (kept closed)
+    Snapshot after;                 // after an uninterrupted upgrade
+    std::vector<TracedCall> calls;  // the calls of that upgrade
+};
 
-// The tables whose rows differ from the reference, "-" for none.
-std::string DifferingRows(const Snapshot& snapshot, const Snapshot& reference) {
-    std::string names;
-    for (const auto& [table, rows] : reference.rows) {
-        auto found = snapshot.rows.find(table);
-        if (found == snapshot.rows.end() || found->second != rows) names += (names.empty() ? "" : ",") + table;
-    }
-    return names.empty() ? "-" : names;
-}
-
-class KilledRun : public ::testing::Test {
+class StoppedRun : public ::testing::Test {
 protected:
-    KilledRun() : bench_(false) {
-        start_ = bench_.Sample("8.2", "start.db");
-        std::string path = bench_.File("reference.db");
-        CopyDatabase(start_, path);
-        EXPECT_EQ(bench_.Run(UpgradeArgs(path)).status, 0);
-        reference_ = TakeSnapshot(path);
+    static void SetUpTestSuite() {
+        bench_ = new Workbench();
+        reference_ = new Reference();
+        reference_->start = bench_->Sample("8.2", "start.db");
+        std::string path = bench_->File("reference.db");
+        CopyDatabase(reference_->start, path);
+        RunnerResult run = bench_->Run(UpgradeArgs(path), {{kFaultTraceVariable, bench_->File("reference.trace")}});
+        ASSERT_EQ(run.status, 0) << run.err;
+        reference_->after = TakeSnapshot(path);
+        reference_->calls = ReadTrace(bench_->File("reference.trace"));
+    }
+    static void TearDownTestSuite() {
+        delete reference_;
+        delete bench_;
     }
 
-    // After the kill: the file is sound and a second run reaches the
-    // current versions; the tables whose rows then differ.
+    // Stops a run of a fresh copy before call n with the signal; the exit
+    // status and the standard error stream.
+    RunnerResult StopAt(const std::string& path, long n, int signal) {
+        CopyDatabase(reference_->start, path);
+        return bench_->Run(UpgradeArgs(path),
+                           {{kKillAtVariable, std::to_string(n)}, {kKillSignalVariable, std::to_string(signal)}});
+    }
+
+    // After the stop: what a second run leaves different from the
+    // uninterrupted upgrade ("-" for nothing).
     std::string Resume(const std::string& path) {
         EXPECT_EQ(IntegrityCheck(path), "ok");
-        RunnerResult again = bench_.Run(UpgradeArgs(path));
+        RunnerResult again = bench_->Run(UpgradeArgs(path));
         EXPECT_EQ(again.status, 0) << again.err;
-        EXPECT_EQ(VersionsText(path), kCurrentVersions);
-        Snapshot resumed = TakeSnapshot(path);
-        EXPECT_EQ(resumed.tables, reference_.tables);
-        return DifferingRows(resumed, reference_);
+        return Differences(TakeSnapshot(path), reference_->after);
     }
 
-    Workbench bench_;
-    std::string start_;
-    Snapshot reference_;
+    static Workbench* bench_;
+    static Reference* reference_;
 };
 
-// Killed just before a chosen call, so the point is exact.
-struct KillPoint {
-    long call;
-    std::string differs;  // the tables a resumed run leaves different, on purpose
-};
+Workbench* StoppedRun::bench_ = nullptr;
+Reference* StoppedRun::reference_ = nullptr;
 
-TEST_F(KilledRun, AtChosenCallsResumesToTheSameRepository) {
-    const std::vector<KillPoint> points = {
-        {10, "-"},
-        // Killed inside workflow 8.3.0 after its version copy: the next run
-        // copies the versions again.
-        {60, "KD_VQ_VERSIONS"},
-        {150, "-"},
-        {250, "-"},
-        // Killed while session 9.0.2 moves modifications into the history:
-        // the rows moved stay and the next run moves them all again.
-        {370, "KD_VQ_HISTORY"},
-        {450, "-"},
-        {520, "-"},
-    };
-    std::string path = bench_.File("run.db");
-    for (const KillPoint& point : points) {
-        SCOPED_TRACE("killed before call " + std::to_string(point.call));
-        CopyDatabase(start_, path);
-        RunnerResult killed = bench_.Run(UpgradeArgs(path), {{kKillAtVariable, std::to_string(point.call)}});
-        EXPECT_EQ(killed.status, 128 + SIGKILL);
-        EXPECT_EQ(Resume(path), point.differs);
+class KilledRun : public StoppedRun, public ::testing::WithParamInterface<int> {};
+
+TEST_P(KilledRun, AtEveryCallTheNextRunFinishesTheSameRepository) {
+    const long total = static_cast<long>(reference_->calls.size());
+    ASSERT_GT(total, 0);
+    const int every = PointStride();
+    std::string path = bench_->File("killed-" + std::to_string(GetParam()) + ".db");
+    int tried = 0, converged = 0;
+    for (long n = 1 + static_cast<long>(GetParam()) * every; n <= total; n += static_cast<long>(kPointShards) * every) {
+        const TracedCall& call = reference_->calls[static_cast<size_t>(n - 1)];
+        SCOPED_TRACE("killed before call " + std::to_string(n) + ": " + call.kind + " " + call.text);
+        EXPECT_EQ(StopAt(path, n, SIGKILL).status, 128 + SIGKILL);
+        std::string left = Resume(path);
+        EXPECT_EQ(left, "-");
+        ++tried;
+        converged += left == "-" ? 1 : 0;
     }
+    std::printf("kill points in shard %d: %d tried, %d converged in one more run, of %ld calls\n", GetParam(), tried,
+                converged, total);
 }
 
-TEST_F(KilledRun, FromOutsideAfterSomeProgressLinesLeavesASoundDatabase) {
-    std::string path = bench_.File("run.db");
-    for (size_t lines : {3u, 40u, 200u}) {
-        SCOPED_TRACE("killed after " + std::to_string(lines) + " lines");
-        CopyDatabase(start_, path);
-        RunnerChild child(bench_, UpgradeArgs(path));
-        ASSERT_TRUE(child.WaitForLines(lines));
-        child.Signal(SIGKILL);
-        EXPECT_EQ(child.Wait(), 128 + SIGKILL);
-        // Where exactly the kill lands varies; what a resumed run repeats on
-        // purpose is checked at exact points above.
-        Resume(path);
+INSTANTIATE_TEST_SUITE_P(Shards, KilledRun, ::testing::Range(0, kPointShards));
+
+// The first call of that kind and text from the nth on; 0 when none.
+long FindCall(const std::vector<TracedCall>& calls, const std::string& kind, const std::string& text, long from = 1) {
+    for (const TracedCall& call : calls)
+        if (call.number >= from && call.kind == kind && (text.empty() || call.text == text)) return call.number;
+    return 0;
+}
+
+struct SignalCase {
+    const char* situation;
+    int signal;
+    // The call to stop before, found in the uninterrupted run's calls.
+    std::function<long(const std::vector<TracedCall>&)> point;
+    std::string message;  // the last line on the standard error stream
+};
+
+TEST_F(StoppedRun, BySignalTakesBackTheRunningUpgraderAndSaysSo) {
+    const std::string again = " Run the upgrade again to finish it.";
+    const std::vector<SignalCase> cases = {
+        {"SIGINT while session 9.0.2 moves modifications into the history", SIGINT,
+         [](const std::vector<TracedCall>& calls) {
+             return FindCall(calls, "row insert", "KD_VQ_HISTORY", FindCall(calls, "row insert", "KD_VQ_HISTORY") + 2);
+         },
+         "kdvq-upgrade: interrupted by SIGINT while KDUpgraderSM902 was running; its changes were taken back." + again},
+        {"SIGTERM just before an upgrader's work is committed", SIGTERM,
+         [](const std::vector<TracedCall>& calls) {
+             return FindCall(calls, "upgrader commit", "", FindCall(calls, "row insert", "KD_VQ_HISTORY"));
+         },
+         "kdvq-upgrade: interrupted by SIGTERM while KDUpgraderSM902 was running; its changes were taken back." + again},
+        {"SIGTERM while the next upgrader is being asked whether it applies", SIGTERM,
+         [](const std::vector<TracedCall>& calls) { return FindCall(calls, "upgrader commit", "") + 1; },
+         "kdvq-upgrade: interrupted by SIGTERM between two upgraders; those that finished are kept." + again},
+    };
+    std::string path = bench_->File("signalled.db");
+    for (const SignalCase& c : cases) {
+        SCOPED_TRACE(c.situation);
+        long n = c.point(reference_->calls);
+        ASSERT_GT(n, 0);
+        RunnerResult stopped = StopAt(path, n, c.signal);
+        EXPECT_EQ(stopped.status, 128 + c.signal);
+        std::vector<std::string> lines = Lines(stopped.err);
+        ASSERT_FALSE(lines.empty());
+        EXPECT_EQ(lines.back(), c.message);
+        EXPECT_FALSE(FileExists(path + "-journal"));
+        EXPECT_EQ(Resume(path), "-");
     }
 }
 

@@ -22,6 +22,11 @@ struct Snapshot {
 
 Snapshot TakeSnapshot(const std::string& path);
 
+// The tables whose definition or rows differ between two snapshots, and
+// "indexes" when the indexes do, joined by ","; "-" when they are equal.
+// Rows compare as multisets: a doubled row differs as a lost one does.
+std::string Differences(const Snapshot& snapshot, const Snapshot& reference);
+
 // The answer of PRAGMA integrity_check, lines joined by "\n".
 std::string IntegrityCheck(const std::string& path);
 

@@ -3,6 +3,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 
@@ -43,6 +44,15 @@ std::string Workbench::Sample(const std::string& release, const std::string& nam
     EXPECT_EQ(made.status, 0) << made.err;
     EXPECT_EQ(made.out, "Created a sample repository of release " + release + " in " + path + "\n");
     return path;
+}
+
+int PointStride() {
+    if (const char* every = std::getenv("KDVQ_FAULT_EVERY"); every && std::atoi(every) > 0) return std::atoi(every);
+#if defined(__SANITIZE_ADDRESS__)
+    return 4;
+#else
+    return 1;
+#endif
 }
 
 std::vector<std::string> UpgradeArgs(const std::string& path) {

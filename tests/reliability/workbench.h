@@ -30,6 +30,13 @@ private:
     std::string folder_;
 };
 
+// Loops over every point of a run are split into this many shards, which
+// ctest may run side by side.
+constexpr int kPointShards = 4;
+// Sanitizer builds run several times slower: such loops try every k-th
+// point unless KDVQ_FAULT_EVERY says otherwise.
+int PointStride();
+
 // The arguments of an upgrade that answers every question the upgraders ask.
 std::vector<std::string> UpgradeArgs(const std::string& path);
 

@@ -66,6 +66,12 @@ public:
     void BeginTrans() override;
     void CommitTrans() override;
     void RollbackTrans() override;
+    // The host's transaction around an upgrader is not part of what the
+    // library did: it is not recorded.
+    void BeginOuterTransaction() override {}
+    void CommitOuterTransaction() override {}
+    void RollbackOuterTransaction() override {}
+    bool Abandon() override { return false; }
 
 private:
     struct Impl;

@@ -108,6 +108,7 @@ sqlite3_stmt* SqliteCursor::CachedStatement(std::map<std::vector<int>, Statement
 
 RowKey SqliteCursor::InsertRow(const std::vector<int>& columns, const std::vector<Variant>& values) {
     if (baseTable_.empty()) Raise(SQLITE_READONLY, "The query cannot be written to");
+    db_->CheckOuterTransaction();
     sqlite3_stmt* s = CachedStatement(inserts_, columns, true);
     sqlite3_clear_bindings(s);
     for (size_t i = 0; i < values.size(); ++i) BindValue(s, static_cast<int>(i) + 1, values[i]);
@@ -120,6 +121,7 @@ void SqliteCursor::UpdateRow(RowKey key, const std::vector<Variant>& /*original:
                              const std::vector<int>& columns, const std::vector<Variant>& values) {
     if (baseTable_.empty()) Raise(SQLITE_READONLY, "The query cannot be written to");
     if (columns.empty()) return;
+    db_->CheckOuterTransaction();
     sqlite3_stmt* s = CachedStatement(updates_, columns, false);
     sqlite3_clear_bindings(s);
     for (size_t i = 0; i < values.size(); ++i) BindValue(s, static_cast<int>(i) + 1, values[i]);

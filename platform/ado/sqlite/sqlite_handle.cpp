@@ -7,6 +7,13 @@ namespace ado::sqlite {
 
 void Raise(int code, const std::string& message) { throw ProviderError(kSqliteProviderName, code, message); }
 
+void Database::CheckOuterTransaction() const {
+    if (outer_ && sqlite3_get_autocommit(db_)) {
+        Raise(SQLITE_ABORT_ROLLBACK,
+              "The database ended the transaction after an earlier failure; nothing more is written in it");
+    }
+}
+
 void RaiseLast(sqlite3* db) { Raise(sqlite3_extended_errcode(db), sqlite3_errmsg(db)); }
 
 Statement Prepare(sqlite3* db, const std::string& sql, size_t offset, size_t* tail) {

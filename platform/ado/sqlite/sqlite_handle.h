@@ -17,8 +17,17 @@ public:
     Database& operator=(const Database&) = delete;
     sqlite3* Get() const { return db_; }
 
+    // Whether a caller's outer transaction is open. The engine ends a
+    // transaction on its own after some failures (a full disk, an I/O
+    // error); every write first checks that it has not, so that nothing
+    // after that point commits by itself outside the transaction.
+    void SetOuterTransaction(bool open) { outer_ = open; }
+    bool InOuterTransaction() const { return outer_; }
+    void CheckOuterTransaction() const;
+
 private:
     sqlite3* db_;
+    bool outer_ = false;
 };
 using DatabasePtr = std::shared_ptr<Database>;
 

@@ -3,6 +3,7 @@
 #include <variant>
 
 #include "platform/ado/sqlite/sql_rewrite.h"
+#include "platform/ado/sqlite/sql_tokens.h"
 #include "platform/ado/sqlite/sqlite_cursor.h"
 #include "platform/ado/sqlite/sqlite_handle.h"
 #include "platform/ado/sqlite/table_rebuild.h"
@@ -16,6 +17,10 @@ using sqlite::DatabasePtr;
 // statement fails as busy.
 constexpr int kBusyTimeoutMs = 5000;
 
+// The savepoint that stands for the caller's own transaction inside an
+// outer one.
+constexpr const char* kCallerSavepoint = "kdvq_caller";
+
 class SqliteProvider : public Provider {
 public:
     explicit SqliteProvider(DatabasePtr db) : db_(std::move(db)) {}
@@ -24,6 +29,7 @@ public:
 
     void Execute(const std::string& sql) override {
         sqlite3* db = db_->Get();
+        db_->CheckOuterTransaction();
         sql::Statement statement = sql::Classify(sql);
         if (const auto* alter = std::get_if<sql::AlterColumn>(&statement))
             sqlite::AlterColumn(db, *alter);
@@ -39,18 +45,89 @@ public:
         return std::make_unique<sqlite::SqliteCursor>(db_, sql, options);
     }
 
-    void BeginTrans() override { sqlite::ExecuteAll(db_->Get(), "BEGIN"); }
-    void CommitTrans() override { sqlite::ExecuteAll(db_->Get(), "COMMIT"); }
-    void RollbackTrans() override { sqlite::ExecuteAll(db_->Get(), "ROLLBACK"); }
+    void BeginTrans() override {
+        db_->CheckOuterTransaction();
+        Run(db_->InOuterTransaction() ? std::string("SAVEPOINT ") + kCallerSavepoint : "BEGIN");
+    }
+    void CommitTrans() override {
+        db_->CheckOuterTransaction();
+        Run(db_->InOuterTransaction() ? std::string("RELEASE ") + kCallerSavepoint : "COMMIT");
+    }
+    void RollbackTrans() override {
+        db_->CheckOuterTransaction();
+        Run(db_->InOuterTransaction()
+                ? std::string("ROLLBACK TO ") + kCallerSavepoint + "; RELEASE " + kCallerSavepoint
+                : "ROLLBACK");
+    }
+
+    // IMMEDIATE takes the write lock at once, so that the unit never fails
+    // half-way for want of it.
+    void BeginOuterTransaction() override {
+        Run("BEGIN IMMEDIATE");
+        db_->SetOuterTransaction(true);
+    }
+    void CommitOuterTransaction() override {
+        db_->CheckOuterTransaction();
+        db_->SetOuterTransaction(false);
+        try {
+            Run("COMMIT");
+        } catch (...) {
+            // A commit that fails leaves the transaction open; the unit is
+            // taken back whole rather than left to a later commit.
+            sqlite3_exec(db_->Get(), "ROLLBACK", nullptr, nullptr, nullptr);
+            throw;
+        }
+    }
+    void RollbackOuterTransaction() override {
+        db_->SetOuterTransaction(false);
+        // The engine may have ended it already.
+        if (!sqlite3_get_autocommit(db_->Get())) Run("ROLLBACK");
+    }
+
+    bool Abandon() override {
+        sqlite3* db = db_->Get();
+        sqlite3_interrupt(db);
+        // The connection's own lock is taken and never given back: the owner
+        // cannot start another statement once the running one has stopped.
+        if (sqlite3_mutex* lock = sqlite3_db_mutex(db)) sqlite3_mutex_enter(lock);
+        for (sqlite3_stmt* s = sqlite3_next_stmt(db, nullptr); s; s = sqlite3_next_stmt(db, s)) sqlite3_reset(s);
+        if (sqlite3_get_autocommit(db)) return false;
+        return sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr) == SQLITE_OK;
+    }
 
 private:
+    void Run(const std::string& sql) { sqlite::ExecuteAll(db_->Get(), sql); }
+
     DatabasePtr db_;
 };
+
+// The file's journal mode is its own and stays as it is. A file that logs
+// ahead syncs at checkpoints rather than at every commit; a file with a
+// rollback journal keeps the engine's full syncs.
+void ConfigureJournal(sqlite3* db) {
+    sqlite::Statement mode = sqlite::Prepare(db, "PRAGMA journal_mode");
+    bool writeAhead = sqlite3_step(mode.get()) == SQLITE_ROW &&
+                      sql::SameName(reinterpret_cast<const char*>(sqlite3_column_text(mode.get(), 0)), "wal");
+    mode.reset();
+    if (writeAhead) sqlite::ExecuteAll(db, "PRAGMA synchronous = NORMAL");
+    // A query read row by row while rows are written keeps a write-ahead
+    // log from being checkpointed back, so it grows to hundreds of
+    // megabytes, and the file keeps that size once the log starts over.
+    // Later frames then overwrite that old region, and where the system has
+    // dropped its pages from memory meanwhile, every frame (not a multiple
+    // of the page size) first reads them back from disk. Cut the file back
+    // at each restart to twice the size it reaches between automatic
+    // checkpoints, so that new frames are appended instead. (A rollback
+    // journal is deleted at each commit; the limit does not touch it.)
+    sqlite::ExecuteAll(db, "PRAGMA journal_size_limit = 8388608");
+}
 
 }  // namespace
 
 std::unique_ptr<Provider> OpenSqliteProvider(const std::string& path, SqliteOpenMode mode) {
-    int flags = mode == SqliteOpenMode::kReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+    // Serialized: Abandon may come from another thread.
+    int flags = SQLITE_OPEN_FULLMUTEX |
+                (mode == SqliteOpenMode::kReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
     if (mode == SqliteOpenMode::kCreate) flags |= SQLITE_OPEN_CREATE;
     sqlite3* raw = nullptr;
     int rc = sqlite3_open_v2(path.c_str(), &raw, flags, nullptr);
@@ -66,22 +143,7 @@ std::unique_ptr<Provider> OpenSqliteProvider(const std::string& path, SqliteOpen
         // Reading the schema proves the file is a database before anything
         // is written to it.
         sqlite::ExecuteAll(raw, "SELECT count(*) FROM sqlite_schema");
-        if (mode != SqliteOpenMode::kReadOnly) {
-            // With the write-ahead log, NORMAL syncs at checkpoints rather than at every commit:
-            // each row write still commits by itself, without a disk flush per row.
-            sqlite::ExecuteAll(raw, "PRAGMA journal_mode = WAL");
-            sqlite::ExecuteAll(raw, "PRAGMA synchronous = NORMAL");
-            // A query read row by row while rows are written keeps the log
-            // from being checkpointed back, so it grows to hundreds of
-            // megabytes, and the file keeps that size once the log starts
-            // over. Later frames then overwrite that old region, and where
-            // the system has dropped its pages from memory meanwhile, every
-            // frame (not a multiple of the page size) first reads them back
-            // from disk: a later upgrader's move took twice as long. Cut the
-            // file back at each restart to twice the size it reaches between
-            // automatic checkpoints, so that new frames are appended instead.
-            sqlite::ExecuteAll(raw, "PRAGMA journal_size_limit = 8388608");
-        }
+        if (mode != SqliteOpenMode::kReadOnly) ConfigureJournal(raw);
     } catch (const ProviderError& e) {
         const Diagnostic& d = e.Diagnostics().front();
         throw ProviderError(kSqliteProviderName, d.nativeError, "Cannot open database '" + path + "': " + d.message,

@@ -1,0 +1,240 @@
+// Input the runner refuses before anything changes: exit status 2, one line
+// that names the offending value and says what to do, the repository file
+// byte for byte as it was, and no file made in its folder (no log, no
+// journal, no database made by a driver).
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/reliability/workbench.h"
+
+namespace kdhost::testing {
+namespace {
+
+struct RefusedCase {
+    std::string name;
+    std::string release;                              // the sample it starts from
+    std::function<void(const std::string&)> spoil;    // given the sample's path; may be empty
+    std::vector<std::string> args;                    // after the command
+    std::string err;                                  // the whole output
+    std::string command = "upgrade";
+    std::map<std::string, std::string> environment = {};
+};
+
+void PrintTo(const RefusedCase& value, std::ostream* out) { *out << value.name; }
+
+std::string Replace(std::string text, const std::string& marker, const std::string& value) {
+    for (size_t at = text.find(marker); at != std::string::npos; at = text.find(marker, at + value.size())) {
+        text.replace(at, marker.size(), value);
+    }
+    return text;
+}
+
+// PATH stands for the sample's path, FOLDER for the folder it is in.
+std::string Expand(const std::string& text, const std::string& path, const std::string& folder) {
+    return Replace(Replace(text, "PATH", path), "FOLDER", folder);
+}
+
+std::vector<std::string> FolderContents(const std::string& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        names.push_back(entry.path().lexically_relative(folder).string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void Overwrite(const std::string& path, long offset, int count, int byte) {
+    std::FILE* file = std::fopen(path.c_str(), "r+b");
+    ASSERT_NE(file, nullptr);
+    std::fseek(file, offset, SEEK_SET);
+    for (int i = 0; i < count; ++i) std::fputc(byte, file);
+    std::fclose(file);
+}
+
+std::string FolderOf(const std::string& path) { return std::filesystem::path(path).parent_path().string(); }
+
+const char kQuoteBreaks[] = ", which would break the upgraders' SQL statements; ";
+const char kNoIdentifier[] = "kdvq-upgrade: PATH: the repository has no identifier yet, and ";
+const char kGiveIdentifier[] = " for one; give it with --database-id ID (or run on a terminal to be asked)\n";
+const char kDamaged[] = "kdvq-upgrade: PATH: the database is damaged (";
+const char kRepair[] = "); restore it from a backup or repair it, then run again\n";
+const char kPrefixRule[] =
+    " cannot stand in front of the table names; use letters, digits and underscores, not beginning with a digit, "
+    "and a dot after a schema name (GIS_ or PROCESS.)\n";
+const char kLogRefused[] = "; give another log file with --log FILE\n";
+const char kOdbcFileMissing[] =
+    " does not exist, and the SQLite ODBC driver would create it empty; give the path of an existing repository\n";
+
+const std::vector<RefusedCase>& Cases() {
+    static const std::vector<RefusedCase> cases = {
+        // The text the upgraders write into their statements.
+        {"DatabaseIdThatIsAStatement", "8.2", nullptr,
+         {"--db", "PATH", "--database-id", "X'; DELETE FROM KD_VQ_USER; --"},
+         std::string("kdvq-upgrade: --database-id \"X'; DELETE FROM KD_VQ_USER; --\" holds a single quote") +
+             kQuoteBreaks + "use an identifier without quotes or control characters\n"},
+        {"DatabaseIdWithLineBreak", "8.2", nullptr, {"--db", "PATH", "--database-id", "REPO\n7"},
+         std::string("kdvq-upgrade: --database-id \"REPO\\n7\" holds a control character") + kQuoteBreaks +
+             "use an identifier without quotes or control characters\n"},
+        {"DatabaseIdWiderThanItsColumn", "8.2", nullptr, {"--db", "PATH", "--database-id", std::string(65, 'R')},
+         "kdvq-upgrade: --database-id \"" + std::string(65, 'R') +
+             "\" is longer than the 64 characters the repository keeps; use a shorter identifier\n"},
+        {"SettingOptionWithQuote", "8.2", nullptr,
+         {"--db", "PATH", "--database-id", "R", "--setting", "BulletinBoard Version/VersionName=9.3'1"},
+         std::string("kdvq-upgrade: the setting BulletinBoard Version/VersionName \"9.3'1\" holds a single quote") +
+             kQuoteBreaks + "correct it in --setting or in the settings file FOLDER/settings.ini\n"},
+        {"SettingsFileWithControlCharacter", "8.2",
+         [](const std::string& path) {
+             WriteWholeFile(FolderOf(path) + "/settings.ini", "[BulletinBoard Version]\nVersionName=9.3\x1b\n");
+         },
+         {"--db", "PATH", "--database-id", "R"},
+         std::string("kdvq-upgrade: the setting BulletinBoard Version/VersionName \"9.3\\x1b\" holds a control "
+                     "character") +
+             kQuoteBreaks + "correct it in --setting or in the settings file FOLDER/settings.ini\n"},
+        {"PrefixWithHyphen", "8.2", nullptr, {"--db", "PATH", "--database-id", "R", "--prefix", "GIS-"},
+         std::string("kdvq-upgrade: --prefix \"GIS-\"") + kPrefixRule},
+        {"PlanPrefixBeginningWithDigit", "8.2", nullptr, {"--db", "PATH", "--prefix", "1GIS_"},
+         std::string("kdvq-upgrade: --prefix \"1GIS_\"") + kPrefixRule, "plan"},
+        {"StatusPrefixWithEmptySchema", "8.2", nullptr, {"--db", "PATH", "--prefix", "dbo..GIS_"},
+         std::string("kdvq-upgrade: --prefix \"dbo..GIS_\"") + kPrefixRule, "status"},
+
+        // Files.
+        {"LogInMissingFolder", "8.2", nullptr, {"--db", "PATH", "--database-id", "R", "--log", "FOLDER/logs/run.log"},
+         std::string("kdvq-upgrade: FOLDER/logs/run.log: the log cannot be written: its folder FOLDER/logs does not "
+                     "exist") +
+             kLogRefused},
+        {"DefaultLogIsAFolder", "8.2", [](const std::string& path) { ::mkdir((path + ".log").c_str(), 0700); },
+         {"--db", "PATH", "--database-id", "R"},
+         std::string("kdvq-upgrade: PATH.log: the log cannot be written: it is a folder") + kLogRefused},
+        {"OdbcSqliteDriverWithMissingFile", "8.2", nullptr,
+         {"--db", "odbc:Driver={SQLite3};Database=FOLDER/missing.db;Pwd={se;c}}ret}"},
+         "kdvq-upgrade: odbc:Driver={SQLite3};Database=FOLDER/missing.db;Pwd=***: the database file "
+         "FOLDER/missing.db" +
+             std::string(kOdbcFileMissing)},
+        // The DSN names a driver whose library is SQLite's; the file comes
+        // from the DSN too.
+        {"OdbcDsnOfSqliteDriverWithMissingFile", "8.2",
+         [](const std::string& path) {
+             WriteWholeFile(FolderOf(path) + "/odbcinst.ini", "[Repository Files]\nDriver=libsqlite3odbc.so\n");
+             WriteWholeFile(FolderOf(path) + "/odbc.ini",
+                            "[repo]\nDriver=Repository Files\nDatabase=" + FolderOf(path) + "/missing.db\n");
+         },
+         {"--db", "odbc:DSN=repo;PASSWORD = secret"},
+         "kdvq-upgrade: odbc:DSN=repo;PASSWORD = ***: the database file FOLDER/missing.db" +
+             std::string(kOdbcFileMissing),
+         "status", {{"ODBCSYSINI", "FOLDER"}, {"ODBCINI", "FOLDER/odbc.ini"}}},
+
+        // What the repository holds.
+        {"TruncatedFile", "8.2", [](const std::string& path) { std::filesystem::resize_file(path, 3 * 4096); },
+         {"--db", "PATH", "--database-id", "R"}, std::string(kDamaged) + "database disk image is malformed" + kRepair},
+        {"FirstPageOverwritten", "8.2", [](const std::string& path) { Overwrite(path, 100, 800, 0xA5); },
+         {"--db", "PATH", "--database-id", "R"}, std::string(kDamaged) + "database disk image is malformed" + kRepair},
+        {"TablePageDamaged", "8.2", [](const std::string& path) { Overwrite(path, 3 * 4096 + 8, 4, 0x07); },
+         {"--db", "PATH", "--database-id", "R"},
+         std::string(kDamaged) + "On tree page 4 cell 1: Offset 1799 out of range 4011..4092" + kRepair, "plan"},
+        {"PlanWithUnknownTablePrefix", "8.2", nullptr, {"--db", "PATH", "--prefix", "GIS_"},
+         "kdvq-upgrade: PATH: not a repository (it has no table GIS_KD_VQ_NODE_TYPE)\n", "plan"},
+        // A schema's name with its dot is a prefix; this file has no such schema.
+        {"StatusWithSchemaPrefix", "8.2", nullptr, {"--db", "PATH", "--prefix", "PROCESS."},
+         "kdvq-upgrade: PATH: not a repository (it has no table PROCESS.KD_VQ_NODE_TYPE)\n", "status"},
+        {"NewerRepository", "9.3 rev2",
+         [](const std::string& path) {
+             ExecSqlite(path,
+                        "UPDATE KD_VQ_DB_VERSION SET VERSION = 9000; UPDATE KD_SESSION_DB_VERSION SET VERSION = 9000;"
+                        "UPDATE KD_WMS_DB_VERSION SET VERSION = 9000; UPDATE KD_MOBILE_DB_VERSION SET VERSION = 9000;");
+         },
+         {"--db", "PATH"},
+         "kdvq-upgrade: PATH: newer than this kdvq-upgrade knows (core 9000 above 4866, session 9000 above 4866, "
+         "workflow 9000 above 5645, mobile 9000 above 5129); upgrade it with the kdvq-upgrade of its release or a "
+         "later one\n"},
+        {"WorkflowOneAboveTheNewest", "9.3 rev2",
+         [](const std::string& path) { ExecSqlite(path, "UPDATE KD_WMS_DB_VERSION SET VERSION = 5646;"); },
+         {"--db", "PATH"},
+         "kdvq-upgrade: PATH: newer than this kdvq-upgrade knows (workflow 5646 above 5645); upgrade it with the "
+         "kdvq-upgrade of its release or a later one\n",
+         "plan"},
+        // The identifier an upgrader will ask for, with no terminal to ask on.
+        {"NoIdentifierBefore832", "8.2", nullptr, {"--db", "PATH"},
+         std::string(kNoIdentifier) + "KDUpgraderSM833 and KDUpgradeWFM833 will ask" + kGiveIdentifier},
+        {"NoIdentifierAt830", "8.3.0", nullptr, {"--db", "PATH"},
+         std::string(kNoIdentifier) + "KDUpgraderSM833 and KDUpgradeWFM833 will ask" + kGiveIdentifier},
+        {"NullIdentifierWithSessionBelow902", "8.3.3",
+         [](const std::string& path) { ExecSqlite(path, "UPDATE KD_VQ_DB_VERSION SET DATABASE_ID = NULL;"); },
+         {"--db", "PATH"}, std::string(kNoIdentifier) + "KDUpgraderSM902 will ask" + kGiveIdentifier},
+        {"NoIdentifierWithoutSessionExtension", "8.2",
+         [](const std::string& path) {
+             ExecSqlite(path, "DELETE FROM KD_VQ_SUPPORTED_EXTENSIONS WHERE NAME = 'KDSessionManager';");
+         },
+         {"--db", "PATH"}, std::string(kNoIdentifier) + "KDUpgradeWFM833 will ask" + kGiveIdentifier, "plan"},
+    };
+    return cases;
+}
+
+class RefusedInput : public ::testing::TestWithParam<RefusedCase> {};
+
+TEST_P(RefusedInput, ExitsWithTwoAndLeavesTheFolderAsItWas) {
+    const RefusedCase& c = GetParam();
+    Workbench bench;
+    std::string path = bench.Sample(c.release, "repository.db");
+    if (c.spoil) c.spoil(path);
+    std::string bytes = ReadWholeFile(path);
+    std::vector<std::string> contents = FolderContents(bench.Folder());
+
+    std::vector<std::string> args = {c.command};
+    for (const std::string& arg : c.args) args.push_back(Expand(arg, path, bench.Folder()));
+    std::map<std::string, std::string> environment;
+    for (const auto& [name, value] : c.environment) environment[name] = Expand(value, path, bench.Folder());
+    RunnerResult result = bench.Run(args, environment);
+
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err, Expand(c.err, path, bench.Folder()));
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(ReadWholeFile(path) == bytes) << "the repository file changed";
+    EXPECT_EQ(FolderContents(bench.Folder()), contents);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, RefusedInput, ::testing::ValuesIn(Cases()),
+                         [](const ::testing::TestParamInfo<RefusedCase>& info) { return info.param.name; });
+
+// Where no upgrader will ask for the identifier, a run without one is not
+// refused: the parts are past the upgraders that ask, or their extensions
+// are not installed.
+TEST(RefusedInputNotNeeded, UpgradesWithoutAnIdentifier) {
+    struct Case {
+        const char* release;
+        const char* sql;
+    };
+    for (const Case& c : {Case{"9.0.2", "UPDATE KD_VQ_DB_VERSION SET DATABASE_ID = NULL;"},
+                          Case{"8.2", "DELETE FROM KD_VQ_SUPPORTED_EXTENSIONS;"}}) {
+        SCOPED_TRACE(c.release);
+        Workbench bench;
+        std::string path = bench.Sample(c.release, "repository.db");
+        ExecSqlite(path, c.sql);
+        RunnerResult result = bench.Run({"upgrade", "--db", path});
+        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(result.err, "");
+    }
+}
+
+TEST(RefusedInputStatus, ShowsTheVersionsThatAreNewerThanKnown) {
+    Workbench bench;
+    std::string path = bench.Sample("9.3 rev2", "repository.db");
+    ExecSqlite(path, "UPDATE KD_VQ_DB_VERSION SET VERSION = 9000;");
+    RunnerResult result = bench.Run({"status", "--db", path});
+    EXPECT_EQ(result.status, 0) << result.err;
+    std::vector<std::string> lines = Lines(result.out);
+    ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines[1], "Versions: core 9000, session 4866, workflow 5085, mobile 5129");
+    EXPECT_EQ(lines[2], "Newer than this kdvq-upgrade knows: core 9000 above 4866; upgrade refuses it");
+}
+
+}  // namespace
+}  // namespace kdhost::testing
