@@ -158,6 +158,10 @@ public:
     void CompleteDeferredReads(const DeferredRead* writer = nullptr);
 
 private:
+    // What commit and rollback of the outer transaction share: the checks,
+    // and the connection's state set to "none open".
+    ado::Provider& EndOuterTransaction();
+
     std::unique_ptr<ado::Provider> provider_;
     std::vector<DeferredRead*> deferredReads_;
     Errors errors_;

@@ -149,13 +149,7 @@ void Connection::BeginOuterTransaction() {
 }
 
 void Connection::CommitOuterTransaction() {
-    ado::Provider& provider = GetProvider();
-    if (!outerTransaction_) RaiseAdo(adErrNoTransaction, kConnectionSource);
-    CompleteDeferredReads();
-    errors_.Clear();
-    // A caller's transaction left open inside is committed with the unit.
-    transactionLevel_ = 0;
-    outerTransaction_ = false;
+    ado::Provider& provider = EndOuterTransaction();
     try {
         CallProvider(*this, [&] { provider.CommitOuterTransaction(); });
     } catch (...) {
@@ -171,13 +165,19 @@ void Connection::CommitOuterTransaction() {
 }
 
 void Connection::RollbackOuterTransaction() {
+    ado::Provider& provider = EndOuterTransaction();
+    CallProvider(*this, [&] { provider.RollbackOuterTransaction(); });
+}
+
+ado::Provider& Connection::EndOuterTransaction() {
     ado::Provider& provider = GetProvider();
     if (!outerTransaction_) RaiseAdo(adErrNoTransaction, kConnectionSource);
     CompleteDeferredReads();
     errors_.Clear();
+    // A caller's transaction left open inside ends with the unit.
     transactionLevel_ = 0;
     outerTransaction_ = false;
-    CallProvider(*this, [&] { provider.RollbackOuterTransaction(); });
+    return provider;
 }
 
 bool Connection::Abandon() { return provider_ && provider_->Abandon(); }
