@@ -14,7 +14,9 @@
 #include "host/bad_input.h"
 #include "host/commands.h"
 #include "host/connection_upgrade.h"
+#include "host/fault_injection.h"
 #include "host/host_session.h"
+#include "host/interruption.h"
 #include "host/library_registration.h"
 #include "host/provider_tap.h"
 #include "host/repository_backup.h"
@@ -35,23 +37,29 @@ struct PlanOptions {
     std::vector<std::string> settings;
 };
 
-// A folder of our own for the copy, removed with everything in it.
+// A folder of our own for the copy, removed with everything in it on every
+// way out: when the command ends, raises, or is interrupted by a signal.
 class ScratchFolder {
 public:
     ScratchFolder() {
         std::string pattern = (std::filesystem::temp_directory_path() / "kdvq-plan-XXXXXX").string();
         if (!::mkdtemp(pattern.data())) throw BadInput(pattern + ": a temporary folder cannot be made");
         path_ = pattern;
+        interruption::SetCleanup([path = path_] { Remove(path); });
     }
     ~ScratchFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
+        interruption::SetCleanup(nullptr);
+        Remove(path_);
     }
     ScratchFolder(const ScratchFolder&) = delete;
     ScratchFolder& operator=(const ScratchFolder&) = delete;
     std::string File(const std::string& name) const { return path_ + "/" + name; }
 
 private:
+    static void Remove(const std::string& path) {
+        std::error_code ignored;
+        std::filesystem::remove_all(path, ignored);
+    }
     std::string path_;
 };
 
@@ -96,8 +104,10 @@ int RunPlanCommand(const PlanOptions& options) {
 
     com::ComPtr<ado::Connection> connection = ado::NewConnection();
     bool showing = false;
+    CallListener testHook = TestHookListener();
     connection->OpenWith(TapProvider(ado::OpenSqliteProvider(copy, ado::SqliteOpenMode::kReadWrite),
                                      [&](TappedCall call, const std::string& text) {
+                                         if (testHook) testHook(call, text);
                                          if (showing) ShowCall(console, call, text);
                                      }));
     RepositoryVersions before = ReadVersions(connection.Get(), options.prefix);

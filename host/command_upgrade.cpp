@@ -40,6 +40,7 @@ struct UpgradeOptions {
     bool json = false;
     std::string backup;  // --backup: where to copy the repository first
     bool noTransactions = false;
+    bool refresh = false;  // --refresh: the final pass also on an up-to-date repository
 };
 
 std::string DefaultLogPath(const Target& target) {
@@ -56,13 +57,6 @@ bool UseTransactions(const UpgradeOptions& options, const std::string& provider,
     if (automation::ContainsTextIgnoringCase(provider, "Oracle")) {
         console.Line("Transactions: off; this server commits each definition statement by itself, so an "
                      "interrupted upgrader cannot be taken back: keep a backup");
-        return false;
-    }
-    // A statement this server rejects can abort the whole transaction, and
-    // a commit then takes back everything the upgrader did before it.
-    if (automation::ContainsTextIgnoringCase(provider, "PostgreSQL")) {
-        console.Line("Transactions: off; on this server a failed statement would take the upgrader's earlier "
-                     "work back with it: keep a backup");
         return false;
     }
     return true;
@@ -102,21 +96,30 @@ int RunUpgradeCommand(const UpgradeOptions& options) {
         com::ComPtr<Login> login = Login::Create(connection, options.prefix);
         com::ComPtr<ProgressCallback> callback = ProgressCallback::Create(console);
         RunPresenter presenter(console);
-        run = RunUpgrade(classes, {connection.Get(), options.prefix, login.Get(), callback.Get(), transactions},
-                         presenter);
+        run = RunUpgrade(
+            classes,
+            {connection.Get(), options.prefix, login.Get(), callback.Get(), transactions, options.refresh},
+            presenter);
     }
 
     RepositoryVersions after = ReadVersions(connection.Get(), options.prefix);
     interruption::SetConnection(nullptr);
     connection->Close();
     int status = run.Succeeded() ? kExitSuccess : kExitUpgradeFailed;
-    std::string ran = std::to_string(run.outcomes.size()) + " upgraders ran, " +
+    std::string ran = run.upToDate ? std::string("up to date, nothing changed")
+                                   : std::to_string(run.outcomes.size()) + " upgraders ran, " +
                       (run.Succeeded() ? std::string("none") : std::to_string(run.FailureCount())) + " failed";
     console.Line("Versions after: " + DescribeVersions(after));
     host.Log().Write("kdvq-upgrade: upgrade of " + target.text + " finished; " + ran + "; versions " +
                          DescribeVersions(after),
                      run.Succeeded() ? kLogInformation : kLogFailure);
-    if (run.Succeeded()) {
+    if (run.upToDate) {
+        // A file's final pass was tried and taken back; a server's was left out.
+        console.Line(target.IsFile()
+                         ? "Up to date: no upgrader applies and the indices are in order; nothing was changed."
+                         : "Up to date: no upgrader applies; nothing was changed (--refresh re-creates the "
+                           "indices and re-lists the system tables).");
+    } else if (run.Succeeded()) {
         console.Line("Upgrade complete: " + ran + ".");
     } else {
         console.Interrupt();
@@ -150,6 +153,8 @@ Command AddUpgradeCommand(CLI::App& app) {
     sub->add_option("--backup", options->backup,
                     "Copy the SQLite repository to this new file before anything changes (an existing file is refused)")
         ->type_name("FILE");
+    sub->add_flag("--refresh", options->refresh,
+                  "Re-create the indices and re-list the system tables even when the repository is up to date");
     sub->add_flag("--no-transactions", options->noTransactions,
                   "Run the upgraders without a transaction each (an interrupted upgrader then keeps what it did)");
     return {sub, [options] { return RunUpgradeCommand(*options); }};

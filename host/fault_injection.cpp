@@ -79,18 +79,22 @@ std::string InjectedFaultMessage(long call) {
     return "disk I/O error (injected fault at call " + std::to_string(call) + ")";
 }
 
-bool OpenWithTestHook(ado::Connection* connection, const Target& target, bool readOnly) {
+CallListener TestHookListener() {
     std::string failAt = Variable(kFaultAtVariable);
     std::string killAt = Variable(kKillAtVariable);
     std::string tracePath = Variable(kFaultTraceVariable);
-    if ((failAt.empty() && killAt.empty() && tracePath.empty()) || !target.IsFile()) return false;
+    if (failAt.empty() && killAt.empty() && tracePath.empty()) return nullptr;
     auto hook = std::make_shared<FaultHook>(std::atol(failAt.c_str()), std::atol(killAt.c_str()),
                                             std::atoi(Variable(kKillSignalVariable).c_str()), tracePath);
+    return [hook](TappedCall call, const std::string& text) { (*hook)(call, text); };
+}
+
+bool OpenWithTestHook(ado::Connection* connection, const Target& target, bool readOnly) {
+    CallListener hook = TestHookListener();
+    if (!hook || !target.IsFile()) return false;
     std::unique_ptr<ado::Provider> provider = ado::OpenSqliteProvider(
         target.path, readOnly ? ado::SqliteOpenMode::kReadOnly : ado::SqliteOpenMode::kReadWrite);
-    connection->OpenWith(TapProvider(std::move(provider), [hook](TappedCall call, const std::string& text) {
-        (*hook)(call, text);
-    }));
+    connection->OpenWith(TapProvider(std::move(provider), std::move(hook)));
     return true;
 }
 

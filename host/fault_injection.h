@@ -12,6 +12,7 @@
 // to check that a second run repairs what the first left.
 #include <string>
 
+#include "host/provider_tap.h"
 #include "host/target.h"
 #include "platform/ado/ado.h"
 
@@ -25,6 +26,10 @@ inline const char kKillSignalVariable[] = "KDVQ_KILL_SIGNAL";
 
 // The message of the injected failure.
 std::string InjectedFaultMessage(long call);
+
+// The hook as a listener of a tapped provider; empty when no variable is
+// set.
+CallListener TestHookListener();
 
 // Opens the connection through the hook when either variable is set and
 // the target is a SQLite file; false (nothing opened) otherwise. Raises

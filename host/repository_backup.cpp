@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "host/bad_input.h"
+#include "platform/ado/sqlite/read_only_open.h"
 
 namespace kdhost {
 
@@ -29,7 +30,8 @@ std::string CopyPages(const std::string& from, const std::string& to) {
     sqlite3* source = nullptr;
     sqlite3* copy = nullptr;
     std::string error;
-    if (sqlite3_open_v2(from.c_str(), &source, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) {
+    ado::sqlite::ReadOnlyOpen name = ado::sqlite::ReadOnlyOpenOf(from);
+    if (sqlite3_open_v2(name.name.c_str(), &source, name.flags, nullptr) != SQLITE_OK) {
         error = source ? sqlite3_errmsg(source) : "out of memory";
     } else if (sqlite3_open_v2(to.c_str(), &copy, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
         error = copy ? sqlite3_errmsg(copy) : "out of memory";

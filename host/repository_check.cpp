@@ -11,6 +11,7 @@
 #include <fstream>
 
 #include "host/bad_input.h"
+#include "platform/ado/sqlite/read_only_open.h"
 
 namespace kdhost {
 
@@ -47,8 +48,11 @@ std::string OneLine(const std::string& report) {
 
 class Database {
 public:
-    Database(const std::string& path, int flags) {
-        int rc = sqlite3_open_v2(path.c_str(), &db_, flags, nullptr);
+    // Read only (leaving the folder as it was) unless writable is asked.
+    explicit Database(const std::string& path, bool writable = false) {
+        ado::sqlite::ReadOnlyOpen name = ado::sqlite::ReadOnlyOpenOf(path);
+        if (writable) name = {path, SQLITE_OPEN_READWRITE};
+        int rc = sqlite3_open_v2(name.name.c_str(), &db_, name.flags, nullptr);
         if (rc != SQLITE_OK) {
             std::string reason = Reason(path, rc);
             sqlite3_close(db_);
@@ -137,7 +141,7 @@ void CheckRepositoryFile(const std::string& path) {
 }
 
 void CheckRepositoryDatabase(const std::string& path, const std::string& prefix) {
-    Database db(path, SQLITE_OPEN_READONLY);
+    Database db(path);
     std::string damage = db.QuickCheck(path);
     if (!damage.empty()) throw BadInput(DamagedReason(path, damage));
     for (const char* const* table = RepositoryMarkerTables(); *table; ++table) {
@@ -158,7 +162,7 @@ void CheckRepositoryFileWritable(const std::string& path) {
 void CheckRepositoryNotLocked(const std::string& path) {
     // Taking the write lock and giving it back at once shows whether
     // another program holds the database.
-    Database db(path, SQLITE_OPEN_READWRITE);
+    Database db(path, true);
     db.Exec(path, "BEGIN IMMEDIATE");
     db.Exec(path, "ROLLBACK");
 }

@@ -2,14 +2,19 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
+#include <memory>
 #include <limits>
 #include <optional>
 #include <map>
 #include <set>
 
 #include "framework/upgrader_interfaces.h"
+#include "host/console.h"
 #include "host/final_upgraders.h"
 #include "host/interruption.h"
+#include "host/progress_callback.h"
+#include "host/repository_fingerprint.h"
 #include "host/repository_versions.h"
 #include "host/upgrader_calls.h"
 #include "host/upgrader_releases.h"
@@ -22,6 +27,14 @@ namespace kdhost {
 
 namespace {
 
+class SilentObserver : public RunObserver {
+public:
+    void PassStarting(int, int32_t, bool) override {}
+    void UpgraderStarting(const std::string&, const std::string&) override {}
+    void UpgraderFinished(const UpgraderOutcome&) override {}
+    void SystemTablesListed(const SystemTableList&) override {}
+};
+
 class Run {
 public:
     Run(const std::vector<UpgraderClassInfo>& classes, const RunContext& context, RunObserver& observer)
@@ -29,12 +42,54 @@ public:
 
     RunResult Go() {
         bool executed = true;
-        while (executed && result_.interruption.empty()) executed = Pass(false);
-        if (result_.interruption.empty()) Pass(true);
+        bool chainsMoved = false;
+        while (executed && result_.interruption.empty()) {
+            executed = Pass(false);
+            chainsMoved |= executed;
+        }
+        if (!result_.interruption.empty()) return std::move(result_);
+        if (!chainsMoved && !context_.refresh && FinalPassChangesNothing()) {
+            result_.upToDate = true;
+            return std::move(result_);
+        }
+        Pass(true);
         return std::move(result_);
     }
 
 private:
+    // Whether the final pass would leave the repository as it is: tried
+    // quietly in a transaction that is then taken back, comparing the
+    // repository's definitions and the rows written. Where that cannot be
+    // read (a server), an up-to-date repository is left alone.
+    bool FinalPassChangesNothing() {
+        try {
+            return TryFinalPass();
+        } catch (const std::exception&) {
+            return false;  // then the final pass runs for real and reports what fails
+        }
+    }
+
+    bool TryFinalPass() {
+        ado::Connection* connection = context_.connection;
+        std::optional<std::string> before = RepositoryFingerprint(connection);
+        if (!before) return true;
+        std::unique_ptr<std::FILE, int (*)(std::FILE*)> nowhere(std::fopen("/dev/null", "w"), std::fclose);
+        if (!nowhere) return false;
+        Console quiet(nowhere.get(), false);
+        com::ComPtr<ProgressCallback> callback = ProgressCallback::Create(quiet);
+        RunContext trial = context_;
+        trial.callback = callback.Get();
+        trial.transactions = false;  // the trial's own transaction holds it all
+        SilentObserver silent;
+        UpgraderTransaction transaction(connection, true);
+        std::string error;
+        if (!transaction.Begin(&error)) return false;
+        Run run(classes_, trial, silent);
+        run.Pass(true);
+        std::optional<std::string> after = RepositoryFingerprint(connection);
+        return run.result_.Succeeded() && after == before;  // the transaction's end takes it all back
+    }
+
     // Runs one pass; true when it executed an upgrader.
     bool Pass(bool final) {
         int pass = ++result_.passes;
@@ -83,7 +138,7 @@ private:
         }
 
         observer_.UpgraderStarting(info.name, NameOf(upgrader.Get(), info.name));
-        interruption::SetUpgrader(info.name, context_.transactions);
+        interruption::SetUpgrader(info.name, context_.connection->InOuterTransaction());
         automation::VARIANT_BOOL answer = automation::VARIANT_FALSE;
         auto start = std::chrono::steady_clock::now();
         com::HRESULT hr = upgrader->Execute(context_.callback, &answer);

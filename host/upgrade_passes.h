@@ -9,7 +9,9 @@
 // climbs as far as its upgraders take it. The upgraders that move no
 // version (final_upgraders.h) are left out of the passes and run in one
 // final pass afterwards, where the marking upgraders' system-table lists
-// are collected.
+// are collected. When no chain upgrader applied, the final pass is first
+// tried in a transaction that is taken back; if it would change nothing
+// the run ends there, up to date, and the repository is left untouched.
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -45,6 +47,10 @@ struct RunResult {
     std::vector<UpgraderOutcome> outcomes;  // in the order they ran
     std::vector<SystemTableList> systemTables;
     int passes = 0;                         // including the final pass
+    // No upgrader of a version chain applied, and the upgraders of the
+    // final pass had nothing to change (or, where that cannot be tried,
+    // were left out): the run changed nothing.
+    bool upToDate = false;
     // Set when the run stopped early for a reason outside the upgraders
     // (the core version could not be read); the run then did not succeed.
     std::string interruption;
@@ -70,6 +76,9 @@ struct RunContext {
     // Each upgrader's Enabled and Execute run in a transaction of their own
     // (upgrader_transaction.h).
     bool transactions = true;
+    // Run the final pass even when the repository is up to date, and keep
+    // what it does.
+    bool refresh = false;
 };
 
 RunResult RunUpgrade(const std::vector<UpgraderClassInfo>& classes, const RunContext& context,

@@ -27,8 +27,12 @@ void OdbcCursor::PrepareEditable(const std::string& sql) {
     target_ = EditTarget::For(link_, sql, described_);
     if (!target_ || target_->KeyedQuery().empty()) return;
     try {
-        statement_.Prepare(target_->KeyedQuery());
-        std::vector<ColumnInfo> keyed = DescribeColumns(statement_);
+        // Guarded: on a server where a refused statement aborts the
+        // transaction, the refusal must not take the transaction with it.
+        std::vector<ColumnInfo> keyed = link_->Guarded([&] {
+            statement_.Prepare(target_->KeyedQuery());
+            return DescribeColumns(statement_);
+        });
         if (keyed.size() == described_.size() + target_->KeyCount()) {
             sql_ = target_->KeyedQuery();
             hidden_ = target_->KeyCount();
@@ -82,7 +86,7 @@ bool OdbcCursor::Fetch(std::vector<Variant>& row, RowKey& key) {
 void OdbcCursor::Restart() {
     statement_.CloseCursor();
     open_ = false;
-    Run();
+    link_->Guarded([&] { Run(); });
 }
 
 EditTarget& OdbcCursor::Target() {
@@ -91,12 +95,12 @@ EditTarget& OdbcCursor::Target() {
 }
 
 RowKey OdbcCursor::InsertRow(const std::vector<int>& columns, const std::vector<Variant>& values) {
-    return Target().Insert(columns, values);
+    return link_->Guarded([&] { return Target().Insert(columns, values); });
 }
 
 void OdbcCursor::UpdateRow(RowKey key, const std::vector<Variant>& original, const std::vector<int>& columns,
                            const std::vector<Variant>& values) {
-    Target().Update(key, original, columns, values);
+    link_->Guarded([&] { Target().Update(key, original, columns, values); });
 }
 
 }  // namespace ado::odbc

@@ -39,38 +39,80 @@ std::vector<Diagnostic> ReadDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle
 
 std::shared_ptr<Link> Link::Connect(const std::string& connectionString) {
     std::shared_ptr<Link> link(new Link());
-    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &link->env_)))
+    link->Open(connectionString);
+    if (link->name_.find("PostgreSQL") != std::string::npos) {
+        // The driver's own recovery from a failed statement in a
+        // transaction (a savepoint around each statement, released after
+        // it) would release the savepoints of ours made inside it; the
+        // provider makes its own instead (Guarded). "Protocol=7.4-0" turns
+        // the driver's off; a later keyword wins over the caller's.
+        link->Close();
+        link->Open(connectionString + ";Protocol=7.4-0");
+        link->failureAborts_ = true;
+    }
+    return link;
+}
+
+void Link::Open(const std::string& connectionString) {
+    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &env_)))
         throw ProviderError(kOdbcSource, 0, "Cannot allocate an ODBC environment", adErrProviderFailed);
     const auto fail = [&](SQLSMALLINT type, SQLHANDLE handle, const char* call) {
         std::vector<Diagnostic> records = ReadDiagnostics(type, handle);
         if (records.empty()) records.push_back(SilentFailure(call));
         throw ProviderError(kOdbcSource, std::move(records), adErrProviderFailed);
     };
-    if (!SQL_SUCCEEDED(SQLSetEnvAttr(link->env_, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0)))
-        fail(SQL_HANDLE_ENV, link->env_, "SQLSetEnvAttr");
-    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_DBC, link->env_, &link->dbc_)))
-        fail(SQL_HANDLE_ENV, link->env_, "SQLAllocHandle");
+    if (!SQL_SUCCEEDED(SQLSetEnvAttr(env_, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0)))
+        fail(SQL_HANDLE_ENV, env_, "SQLSetEnvAttr");
+    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_DBC, env_, &dbc_))) fail(SQL_HANDLE_ENV, env_, "SQLAllocHandle");
     WideText text = ToWide(connectionString);
     SQLSMALLINT completedLength = 0;
-    SQLRETURN rc = SQLDriverConnectW(link->dbc_, nullptr, Mutable(text), static_cast<SQLSMALLINT>(text.size()),
-                                     nullptr, 0, &completedLength, SQL_DRIVER_NOPROMPT);
-    if (!SQL_SUCCEEDED(rc)) fail(SQL_HANDLE_DBC, link->dbc_, "SQLDriverConnect");
-    link->connected_ = true;
-    link->name_ = "ODBC;" + link->InfoText(SQL_DBMS_NAME);
-    link->quote_ = link->InfoText(SQL_IDENTIFIER_QUOTE_CHAR);
-    if (link->quote_ == " ") link->quote_.clear();  // the server has no quoted identifiers
-    return link;
+    SQLRETURN rc = SQLDriverConnectW(dbc_, nullptr, Mutable(text), static_cast<SQLSMALLINT>(text.size()), nullptr, 0,
+                                     &completedLength, SQL_DRIVER_NOPROMPT);
+    if (!SQL_SUCCEEDED(rc)) fail(SQL_HANDLE_DBC, dbc_, "SQLDriverConnect");
+    connected_ = true;
+    name_ = "ODBC;" + InfoText(SQL_DBMS_NAME);
+    quote_ = InfoText(SQL_IDENTIFIER_QUOTE_CHAR);
+    if (quote_ == " ") quote_.clear();  // the server has no quoted identifiers
 }
 
-Link::~Link() {
+Link::~Link() { Close(); }
+
+void Link::Close() {
     if (connected_ && !SQL_SUCCEEDED(SQLDisconnect(dbc_))) {
         // A transaction still open keeps the connection: its work is
         // discarded, as closing a connection does.
         SQLEndTran(SQL_HANDLE_DBC, dbc_, SQL_ROLLBACK);
         SQLDisconnect(dbc_);
     }
+    connected_ = false;
     if (dbc_ != SQL_NULL_HDBC) SQLFreeHandle(SQL_HANDLE_DBC, dbc_);
     if (env_ != SQL_NULL_HENV) SQLFreeHandle(SQL_HANDLE_ENV, env_);
+    dbc_ = SQL_NULL_HDBC;
+    env_ = SQL_NULL_HENV;
+}
+
+void Link::RunOwn(const std::string& sql) {
+    SQLHSTMT stmt = SQL_NULL_HSTMT;
+    Check(SQLAllocHandle(SQL_HANDLE_STMT, dbc_, &stmt), SQL_HANDLE_DBC, dbc_, "SQLAllocHandle");
+    WideText text = ToWide(sql);
+    SQLRETURN rc = SQLExecDirectW(stmt, Mutable(text), static_cast<SQLINTEGER>(text.size()));
+    try {
+        Check(rc, SQL_HANDLE_STMT, stmt, "SQLExecDirect");
+    } catch (...) {
+        SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+        throw;
+    }
+    SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+}
+
+void Link::EndGuard(const std::string& savepoint, bool failed) {
+    if (!failed) return RunOwn("RELEASE SAVEPOINT " + savepoint);
+    try {
+        RunOwn("ROLLBACK TO SAVEPOINT " + savepoint);
+        RunOwn("RELEASE SAVEPOINT " + savepoint);
+    } catch (const ProviderError&) {
+        // The call's own failure is the one to report.
+    }
 }
 
 std::string Link::InfoText(SQLUSMALLINT infoType) const {

@@ -21,19 +21,22 @@ public:
     std::string Name() const override { return link_->Name(); }
 
     void Execute(const std::string& sql) override {
-        odbc::Statement statement(link_);
-        statement.ExecDirect(sql);
-        // A batch reports the failures of its later statements as their
-        // results are reached.
-        for (;;) {
-            SQLRETURN rc = SQLMoreResults(statement.Get());
-            if (rc == SQL_NO_DATA) break;
-            statement.Check(rc, "SQLMoreResults");
-        }
+        link_->Guarded([&] {
+            odbc::Statement statement(link_);
+            statement.ExecDirect(sql);
+            // A batch reports the failures of its later statements as their
+            // results are reached.
+            for (;;) {
+                SQLRETURN rc = SQLMoreResults(statement.Get());
+                if (rc == SQL_NO_DATA) break;
+                statement.Check(rc, "SQLMoreResults");
+            }
+        });
     }
 
     std::unique_ptr<Cursor> OpenQuery(const std::string& sql, const QueryOptions& options) override {
-        return std::make_unique<odbc::OdbcCursor>(link_, sql, options);
+        return link_->Guarded(
+            [&]() -> std::unique_ptr<Cursor> { return std::make_unique<odbc::OdbcCursor>(link_, sql, options); });
     }
 
     void BeginTrans() override {
@@ -95,6 +98,9 @@ private:
     void RunOwn(const std::string& sql) { odbc::Statement(link_).ExecDirect(sql); }
 
     void SetAutoCommit(bool on) {
+        // In auto-commit each statement is a transaction of its own: a
+        // failed one takes nothing else with it.
+        link_->SetGuarding(!on && link_->FailureAbortsTransaction());
         SQLPOINTER mode = reinterpret_cast<SQLPOINTER>(static_cast<uintptr_t>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF));
         link_->Check(SQLSetConnectAttr(link_->Dbc(), SQL_ATTR_AUTOCOMMIT, mode, SQL_IS_UINTEGER), SQL_HANDLE_DBC,
                      link_->Dbc(), "SQLSetConnectAttr");

@@ -2,6 +2,7 @@
 
 #include <variant>
 
+#include "platform/ado/sqlite/read_only_open.h"
 #include "platform/ado/sqlite/sql_rewrite.h"
 #include "platform/ado/sqlite/sql_tokens.h"
 #include "platform/ado/sqlite/sqlite_cursor.h"
@@ -126,11 +127,11 @@ void ConfigureJournal(sqlite3* db) {
 
 std::unique_ptr<Provider> OpenSqliteProvider(const std::string& path, SqliteOpenMode mode) {
     // Serialized: Abandon may come from another thread.
-    int flags = SQLITE_OPEN_FULLMUTEX |
-                (mode == SqliteOpenMode::kReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
-    if (mode == SqliteOpenMode::kCreate) flags |= SQLITE_OPEN_CREATE;
+    sqlite::ReadOnlyOpen name{path, SQLITE_OPEN_READWRITE};
+    if (mode == SqliteOpenMode::kReadOnly) name = sqlite::ReadOnlyOpenOf(path);
+    if (mode == SqliteOpenMode::kCreate) name.flags |= SQLITE_OPEN_CREATE;
     sqlite3* raw = nullptr;
-    int rc = sqlite3_open_v2(path.c_str(), &raw, flags, nullptr);
+    int rc = sqlite3_open_v2(name.name.c_str(), &raw, name.flags | SQLITE_OPEN_FULLMUTEX, nullptr);
     auto db = std::make_shared<sqlite::Database>(raw);  // closes raw on every path below
     if (rc != SQLITE_OK) {
         std::string reason = raw ? sqlite3_errmsg(raw) : "out of memory";
