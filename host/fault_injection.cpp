@@ -91,10 +91,8 @@ CallListener TestHookListener() {
 
 bool OpenWithTestHook(ado::Connection* connection, const Target& target, bool readOnly) {
     CallListener hook = TestHookListener();
-    if (!hook || !target.IsFile()) return false;
-    std::unique_ptr<ado::Provider> provider = ado::OpenSqliteProvider(
-        target.path, readOnly ? ado::SqliteOpenMode::kReadOnly : ado::SqliteOpenMode::kReadWrite);
-    connection->OpenWith(TapProvider(std::move(provider), std::move(hook)));
+    if (!hook) return false;
+    connection->OpenWith(TapProvider(ado::OpenProvider(target.ConnectionString(readOnly)), std::move(hook)));
     return true;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 // Test hook of the runner (not for production use): with the environment
 // variable KDVQ_FAULT_AT=N the N-th statement, query, row write or commit
-// that the runner sends to a SQLite repository fails once, as a disk error
+// that the runner sends to a repository fails once, as a disk error
 // would; with KDVQ_FAULT_TRACE=FILE every such call is appended to FILE as
 // one line "N<TAB>kind<TAB>text", the failed one ending in "<TAB>injected";
 // with KDVQ_KILL_AT=N the runner kills itself (SIGKILL) just before the
@@ -31,8 +31,8 @@ std::string InjectedFaultMessage(long call);
 // set.
 CallListener TestHookListener();
 
-// Opens the connection through the hook when either variable is set and
-// the target is a SQLite file; false (nothing opened) otherwise. Raises
+// Opens the connection through the hook when any variable is set; false
+// (nothing opened) otherwise. Raises
 // what opening raises.
 bool OpenWithTestHook(ado::Connection* connection, const Target& target, bool readOnly);
 

@@ -36,7 +36,9 @@ SqliteOpenMode SplitSqliteTarget(const std::string& target, std::string* path) {
     RaiseAdo(adErrInvalidArgument, kConnectionSource, "Unknown SQLite open mode '" + mode + "' (use create, rw or ro)");
 }
 
-std::unique_ptr<Provider> MakeProvider(const std::string& connectionString) {
+}  // namespace
+
+std::unique_ptr<Provider> OpenProvider(const std::string& connectionString) {
     if (StartsWithNoCase(connectionString, "odbc:")) {
 #ifdef KDVQ_HAVE_ODBC
         return OpenOdbcProvider(connectionString.substr(5));
@@ -51,8 +53,6 @@ std::unique_ptr<Provider> MakeProvider(const std::string& connectionString) {
     if (path.empty()) RaiseAdo(adErrInvalidArgument, kConnectionSource, "No database file given");
     return OpenSqliteProvider(path, mode);
 }
-
-}  // namespace
 
 const Error& Errors::Item(int32_t index) const {
     if (index < 0 || index >= Count()) RaiseAdo(adErrItemNotFound, kConnectionSource);
@@ -72,7 +72,7 @@ Connection::~Connection() {
 void Connection::Open(const std::string& connectionString) {
     if (provider_) RaiseAdo(adErrObjectOpen, kConnectionSource);
     errors_.Clear();
-    provider_ = CallProvider(*this, [&] { return MakeProvider(connectionString); });
+    provider_ = CallProvider(*this, [&] { return OpenProvider(connectionString); });
 }
 
 void Connection::OpenWith(std::unique_ptr<ado::Provider> provider) {

@@ -124,6 +124,10 @@ public:
     virtual bool Abandon() = 0;
 };
 
+// The provider a connection string names, as Connection::Open makes it;
+// raises what opening raises.
+std::unique_ptr<Provider> OpenProvider(const std::string& connectionString);
+
 // Made by the ODBC provider when it is built in (KDVQ_HAVE_ODBC); the text
 // is an ODBC connection string.
 std::unique_ptr<Provider> OpenOdbcProvider(const std::string& connectionString);
