@@ -14,6 +14,7 @@
 #include "platform/ado/scripted/scripted_provider.h"
 #include "platform/automation/basic_error.h"
 #include "tests/support/test_host.h"
+#include "tests/support/transcript_file.h"
 
 namespace kdvq::testing {
 
@@ -105,7 +106,6 @@ struct Situation {
     std::string provider;
     std::function<void(ado::ScriptedProvider&)> script;
     std::string outcome;  // as EnableAndExecute answers
-    Lines lines;
     std::string prefix = "";
     int32_t coreVersion = 9999;
     // The description of the failure Execute raises to the host, with its
@@ -115,8 +115,10 @@ struct Situation {
     std::vector<std::pair<std::string, std::string>> registry = {};
 };
 
-// Runs every situation on a new host and compares each transcript whole.
-inline void ExpectSituations(UpgraderPtr (*create)(), const std::vector<Situation>& table) {
+// Runs every situation on a new host and compares each transcript whole
+// with its file (see transcript_file.h).
+inline void ExpectSituations(UpgraderPtr (*create)(), const std::vector<Situation>& table,
+                             const char* testFile = __builtin_FILE()) {
     for (const Situation& s : table) {
         SCOPED_TRACE(s.name);
         TestHost host;
@@ -126,7 +128,7 @@ inline void ExpectSituations(UpgraderPtr (*create)(), const std::vector<Situatio
         for (const auto& [name, value] : s.registry) host.SetRegistryValue(name, value);
         std::string raised;
         EXPECT_EQ(EnableAndExecute(host, create().Get(), cn.Get(), s.prefix, s.coreVersion, &raised), s.outcome);
-        EXPECT_EQ(host.Log().Lines(), s.lines);
+        ExpectTranscript(s.name, host.Log().Lines(), testFile);
         EXPECT_EQ(raised, s.raised);
     }
 }
