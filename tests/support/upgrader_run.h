@@ -1,7 +1,7 @@
 #pragma once
 // Running one upgrader the way the host does (Enabled, then Execute), over
 // the scripted provider or a real SQLite file, and the transcript lines of
-// the shared routines, so that golden transcripts read step by step.
+// the shared routines for the few checks that look at part of a transcript.
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
@@ -65,17 +65,6 @@ inline std::string HandlerFailure(const std::vector<std::string>& tags, const st
 inline Lines Step(const std::string& progress, const std::string& sql) {
     return {"START " + progress, "EXEC " + sql, "DONE res102"};
 }
-// A statement that failed with a native error: logged at level 2 when the
-// error means the change is already there, else at level 1.
-inline Lines FailedStep(const std::string& progress, const std::string& sql, int32_t nativeError, int32_t level) {
-    return {"START " + progress, "EXEC " + sql + " => ERROR " + std::to_string(nativeError),
-            CommandFailure(level, sql)};
-}
-// A version table (prefix included) read and raised to version.
-inline Lines VersionRowWritten(const std::string& table, int32_t version) {
-    return {Opened("select VERSION from " + table), "UPDATE " + table + " #1 SET VERSION=" + std::to_string(version)};
-}
-
 // Scripted rows with the given columns, and one column's rows.
 inline ado::ScriptedRows Table(std::vector<std::string> columns, std::vector<std::vector<Variant>> rows = {}) {
     return ado::ScriptedRows{std::move(columns), std::move(rows)};
