@@ -13,6 +13,9 @@ namespace kdvq {
 class KDCreateTableIndices : public UpgraderBase {
 public:
     KDCreateTableIndices();
+    // Unlike every other class, this one never had the earlier contract's
+    // member.
+    Variant TablesToUpgrade() = delete;
 
 protected:
     bool IsEnabledFor(int32_t) override { return true; }

@@ -109,14 +109,18 @@ bool UpgraderBase::OnExecute() {
     return SetDBVersion(connection_.Get(), prefix_, VersionTable(), NewVersion());
 }
 
-void UpgraderBase::TakeLogin(IKDLogin* login) {
-    IKDLogin& source = Deref(login);
+ConnectionPtr UpgraderBase::LoginConnection(IKDLogin& login) {
     com::ComPtr<com::IUnknown> object;
-    com::Check(source.GetConnection(object.Put()));
+    com::Check(login.GetConnection(object.Put()));
     ConnectionPtr connection = ado::ConnectionFromUnknown(object.Get());
     // An object that is not a connection cannot be assigned to one.
     if (object && !connection) automation::RaiseBasic(automation::kErrTypeMismatch, kSource);
-    connection_ = connection;
+    return connection;
+}
+
+void UpgraderBase::TakeLogin(IKDLogin* login) {
+    IKDLogin& source = Deref(login);
+    connection_ = LoginConnection(source);
 
     std::string prefix;
     com::Check(source.GetTablePrefix(&prefix));

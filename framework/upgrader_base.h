@@ -23,8 +23,8 @@ public:
     // ---- IKDRegInCat ----
     HRESULT CategoriesToReg(Variant* result) final;
     // Public member outside both interfaces, kept for callers of an earlier
-    // contract; Empty.
-    virtual Variant TablesToUpgrade();
+    // contract; Empty. The index class hides it: it never had one.
+    Variant TablesToUpgrade();
 
     // The C++ name of the class ("KDVqUpgrader830").
     const std::string& ClassName() const { return className_; }
@@ -67,6 +67,9 @@ protected:
     // Enabled steps 2 and 3: connection (cast to the ADO connection) and
     // table prefix from the login.
     void TakeLogin(IKDLogin* login);
+    // The login's connection, cast to the ADO connection; an object that is
+    // no connection raises "Type mismatch".
+    static ConnectionPtr LoginConnection(IKDLogin& login);
     // Dialect test: the provider text contains "Oracle" (case-insensitive).
     bool IsOracle() const;
     void Starting(const std::string& text) { StepStarting(callback_.Get(), text); }

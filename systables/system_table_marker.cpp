@@ -34,9 +34,7 @@ bool SystemTableMarker::OnEnabled(IKDLogin* login, int32_t& /*version*/) {
 
 bool SystemTableMarker::ExtensionSupported(IKDLogin* login) const {
     IKDLogin& source = Deref(login);
-    com::ComPtr<com::IUnknown> unknown;
-    com::Check(source.GetConnection(unknown.Put()));
-    com::ComPtr<ado::Connection> connection = ado::ConnectionFromUnknown(unknown.Get());
+    ConnectionPtr connection = LoginConnection(source);
     std::string prefix;
     com::Check(source.GetTablePrefix(&prefix));
     return VerifySupportedExtension(connection.Get(), prefix, extension_);

@@ -28,7 +28,11 @@ protected:
     int32_t DescriptionId() const override { return descriptionId_; }
     // A new collection on every call.
     Variant OnTavixSystemTables() override;
-    bool OnExecute() override { return true; }
+    // Nothing runs, so the callback is not kept.
+    bool OnExecute() override {
+        callback_ = nullptr;
+        return true;
+    }
 
 private:
     // The login's connection and prefix stay local: these classes keep no

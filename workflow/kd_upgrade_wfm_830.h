@@ -12,14 +12,13 @@ class KDUpgradeWFM830 : public WorkflowUpgrader {
 public:
     KDUpgradeWFM830();
 
-    // Reads the workflow version, seeding an empty version table with 1200.
-    // Part of the class although neither Enabled nor Execute calls it.
-    int32_t GetWFMDBVersion(ado::Connection* connection);
-
 protected:
     bool Upgrade(bool oracle) override;
 
 private:
+    // Reads the workflow version, seeding an empty version table with 1200.
+    // Part of the class although neither Enabled nor Execute calls it.
+    int32_t GetWFMDBVersion(ado::Connection* connection);
     // Creates KD_WMS_DB_VERSION with its first row when it is missing.
     bool CreateVersionTable(bool oracle);
     // Copies the version records into KD_VQ_VERSIONS when both tables exist.

@@ -33,10 +33,6 @@ struct WorkflowRelease {
 };
 
 class WorkflowUpgrader : public UpgraderBase {
-public:
-    // The workflow version the last Enabled read.
-    int32_t WorkflowVersion() const { return workflowVersion_; }
-
 protected:
     WorkflowUpgrader(std::string className, std::string tagName, WorkflowRelease release);
 
@@ -63,6 +59,7 @@ protected:
 
 private:
     WorkflowRelease release_;
+    // The workflow version the last Enabled read.
     int32_t workflowVersion_ = 0;
 };
 

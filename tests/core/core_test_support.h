@@ -1,17 +1,12 @@
 #pragma once
-// The core upgraders' scripted situations: the core version row, and the
-// cases of one class compared as whole transcripts.
+// The core upgraders' scripted situations: the cases of one class, each
+// compared whole with its transcript file.
 #include <string>
 #include <vector>
 
 #include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {
-
-// The core version table read and raised to version.
-inline Lines CoreVersionWritten(int32_t version, const std::string& prefix = "") {
-    return VersionRowWritten(prefix + "KD_VQ_DB_VERSION", version);
-}
 
 using Script = std::function<void(ado::ScriptedProvider&)>;
 // A repository whose core version row reads version, where the queries in
@@ -33,16 +28,16 @@ struct ScriptedCase {
     int32_t version;
     Script script;
     std::string outcome;
-    Lines lines;
     std::string prefix = "";
     std::string raised = "";
 };
-inline void ExpectScripted(UpgraderPtr (*create)(), const std::vector<ScriptedCase>& cases) {
+inline void ExpectScripted(UpgraderPtr (*create)(), const std::vector<ScriptedCase>& cases,
+                           const char* testFile = __builtin_FILE()) {
     std::vector<Situation> situations;
     for (const ScriptedCase& c : cases) {
-        situations.push_back({c.name, c.provider, c.script, c.outcome, c.lines, c.prefix, c.version, c.raised});
+        situations.push_back({c.name, c.provider, c.script, c.outcome, c.prefix, c.version, c.raised});
     }
-    ExpectSituations(create, situations);
+    ExpectSituations(create, situations, testFile);
 }
 
 }  // namespace kdvq::testing

@@ -1,5 +1,6 @@
 #include "tests/support/host_objects.h"
 
+#include <cstdio>
 #include <mutex>
 
 #include "platform/com/error_info.h"
@@ -60,17 +61,25 @@ private:
 
 class RegistryComponent : public com::Object<RegistryComponent, IKDRegistry> {
 public:
-    explicit RegistryComponent(std::shared_ptr<std::map<std::string, std::string>> values)
-        : values_(std::move(values)) {}
-    HRESULT OpenKey(int32_t, int32_t, const std::string&) override { return com::S_OK; }
+    RegistryComponent(std::shared_ptr<Transcript> transcript, std::shared_ptr<std::map<std::string, std::string>> values)
+        : transcript_(std::move(transcript)), values_(std::move(values)) {}
+    HRESULT OpenKey(int32_t hive, int32_t mode, const std::string& keyName) override {
+        char hiveText[16];
+        std::snprintf(hiveText, sizeof hiveText, "0x%08X", static_cast<uint32_t>(hive));
+        transcript_->Add("REGISTRY OPEN " + std::string(hiveText) + " " + std::to_string(mode) + " " + keyName);
+        return com::S_OK;
+    }
     HRESULT Operation2() override { return com::E_NOTIMPL; }
-    HRESULT ReadValue(const std::string& valueName, int32_t, const Variant& defaultValue, Variant* value) override {
+    HRESULT ReadValue(const std::string& valueName, int32_t varType, const Variant& defaultValue,
+                      Variant* value) override {
+        transcript_->Add("REGISTRY READ " + valueName + " " + std::to_string(varType) + " " + defaultValue.Describe());
         auto found = values_->find(valueName);
         *value = found == values_->end() ? defaultValue : Variant(found->second);
         return com::S_OK;
     }
 
 private:
+    std::shared_ptr<Transcript> transcript_;
     std::shared_ptr<std::map<std::string, std::string>> values_;
 };
 
@@ -78,12 +87,12 @@ class Probe : public com::Object<Probe, IKDProbe> {};
 
 class Login : public com::Object<Login, IKDLogin> {
 public:
-    Login(ado::Connection* connection, std::string prefix) : connection_(connection), prefix_(std::move(prefix)) {}
+    Login(com::IUnknown* object, std::string prefix) : object_(object), prefix_(std::move(prefix)) {}
     HRESULT Operation1() override { return com::E_NOTIMPL; }
     HRESULT Operation2() override { return com::E_NOTIMPL; }
     HRESULT Operation3() override { return com::E_NOTIMPL; }
     HRESULT GetConnection(com::IUnknown** connection) override {
-        *connection = connection_ ? connection_->Unknown() : nullptr;
+        *connection = object_.Get();
         if (*connection) (*connection)->AddRef();
         return com::S_OK;
     }
@@ -100,7 +109,7 @@ public:
     }
 
 private:
-    com::ComPtr<ado::Connection> connection_;
+    com::ComPtr<com::IUnknown> object_;
     std::string prefix_;
 };
 
@@ -136,14 +145,19 @@ com::HRESULT CreateInputBox(std::shared_ptr<Transcript> transcript, std::shared_
                             com::REFIID iid, void** out) {
     return CreateAs<TestInputBox>(iid, out, std::move(transcript), std::move(answer));
 }
-com::HRESULT CreateRegistryComponent(std::shared_ptr<std::map<std::string, std::string>> values, com::REFIID iid,
+com::HRESULT CreateRegistryComponent(std::shared_ptr<Transcript> transcript,
+                                     std::shared_ptr<std::map<std::string, std::string>> values, com::REFIID iid,
                                      void** out) {
-    return CreateAs<RegistryComponent>(iid, out, std::move(values));
+    return CreateAs<RegistryComponent>(iid, out, std::move(transcript), std::move(values));
 }
 com::HRESULT CreateProbe(com::REFIID iid, void** out) { return CreateAs<Probe>(iid, out); }
 
 com::ComPtr<IKDLogin> NewLogin(ado::Connection* connection, const std::string& prefix) {
-    return Login::Create(connection, prefix);
+    return Login::Create(connection ? connection->Unknown() : nullptr, prefix);
+}
+
+com::ComPtr<IKDLogin> NewLoginHanding(com::IUnknown* object) {
+    return Login::Create(object, "");
 }
 
 com::ComPtr<IKDProgressCallback> NewRecordingCallback(std::shared_ptr<Transcript> transcript) {

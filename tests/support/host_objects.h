@@ -25,11 +25,16 @@ com::HRESULT CreateResourceStrings(com::REFIID iid, void** out);
 com::HRESULT CreateCategoryService(com::REFIID iid, void** out);
 com::HRESULT CreateInputBox(std::shared_ptr<Transcript> transcript, std::shared_ptr<std::string> answer,
                             com::REFIID iid, void** out);
-com::HRESULT CreateRegistryComponent(std::shared_ptr<std::map<std::string, std::string>> values, com::REFIID iid,
+// Records "REGISTRY OPEN <hive> <mode> <key>" and
+// "REGISTRY READ <value name> <variant type> <default>".
+com::HRESULT CreateRegistryComponent(std::shared_ptr<Transcript> transcript,
+                                     std::shared_ptr<std::map<std::string, std::string>> values, com::REFIID iid,
                                      void** out);
 com::HRESULT CreateProbe(com::REFIID iid, void** out);
 
 com::ComPtr<IKDLogin> NewLogin(ado::Connection* connection, const std::string& prefix);
+// A login whose operation 4 hands out object (which may be no connection).
+com::ComPtr<IKDLogin> NewLoginHanding(com::IUnknown* object);
 com::ComPtr<IKDProgressCallback> NewRecordingCallback(std::shared_ptr<Transcript> transcript);
 
 // "res<id>" or "res<id>(v1,v2,...)" with the values as text.

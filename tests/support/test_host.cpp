@@ -28,8 +28,9 @@ TestHost::TestHost()
                                                       com::REFIID iid, void** out) {
         return CreateInputBox(transcript, answer, iid, out);
     }));
-    cookies_.push_back(Register(CLSID_KDRegistry, [values = registry_](com::REFIID iid, void** out) {
-        return CreateRegistryComponent(values, iid, out);
+    cookies_.push_back(Register(CLSID_KDRegistry, [transcript = transcript_, values = registry_](
+                                                      com::REFIID iid, void** out) {
+        return CreateRegistryComponent(transcript, values, iid, out);
     }));
     SetProbeAvailable(true);
 

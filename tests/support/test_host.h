@@ -8,6 +8,8 @@
 //   "DONE <text>"             callback operation 3 (step finished)
 //   "LOG <level> <text>"      logger operation 1; CR LF in text shown as "\r\n"
 //   "INPUT <prompt>|<title>"  input box asked (answer set by the test)
+//   "REGISTRY OPEN <hive> <mode> <key>", "REGISTRY READ <name> <type> <default>"
+//                             registry component asked
 //   and the scripted provider's own lines (see platform/ado/scripted).
 // Resource strings read "res<id>" or "res<id>(v1,v2,...)" with the
 // substitution values as text, e.g. "res501(KD_VQ_SUBTASKS)"; 102 reads

@@ -1,7 +1,7 @@
 #pragma once
 // Running one upgrader the way the host does (Enabled, then Execute), over
 // the scripted provider or a real SQLite file, and the transcript lines of
-// the shared routines, so that golden transcripts read step by step.
+// the shared routines for the few checks that look at part of a transcript.
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
@@ -14,6 +14,7 @@
 #include "platform/ado/scripted/scripted_provider.h"
 #include "platform/automation/basic_error.h"
 #include "tests/support/test_host.h"
+#include "tests/support/transcript_file.h"
 
 namespace kdvq::testing {
 
@@ -64,17 +65,6 @@ inline std::string HandlerFailure(const std::vector<std::string>& tags, const st
 inline Lines Step(const std::string& progress, const std::string& sql) {
     return {"START " + progress, "EXEC " + sql, "DONE res102"};
 }
-// A statement that failed with a native error: logged at level 2 when the
-// error means the change is already there, else at level 1.
-inline Lines FailedStep(const std::string& progress, const std::string& sql, int32_t nativeError, int32_t level) {
-    return {"START " + progress, "EXEC " + sql + " => ERROR " + std::to_string(nativeError),
-            CommandFailure(level, sql)};
-}
-// A version table (prefix included) read and raised to version.
-inline Lines VersionRowWritten(const std::string& table, int32_t version) {
-    return {Opened("select VERSION from " + table), "UPDATE " + table + " #1 SET VERSION=" + std::to_string(version)};
-}
-
 // Scripted rows with the given columns, and one column's rows.
 inline ado::ScriptedRows Table(std::vector<std::string> columns, std::vector<std::vector<Variant>> rows = {}) {
     return ado::ScriptedRows{std::move(columns), std::move(rows)};
@@ -105,7 +95,6 @@ struct Situation {
     std::string provider;
     std::function<void(ado::ScriptedProvider&)> script;
     std::string outcome;  // as EnableAndExecute answers
-    Lines lines;
     std::string prefix = "";
     int32_t coreVersion = 9999;
     // The description of the failure Execute raises to the host, with its
@@ -115,8 +104,10 @@ struct Situation {
     std::vector<std::pair<std::string, std::string>> registry = {};
 };
 
-// Runs every situation on a new host and compares each transcript whole.
-inline void ExpectSituations(UpgraderPtr (*create)(), const std::vector<Situation>& table) {
+// Runs every situation on a new host and compares each transcript whole
+// with its file (see transcript_file.h).
+inline void ExpectSituations(UpgraderPtr (*create)(), const std::vector<Situation>& table,
+                             const char* testFile = __builtin_FILE()) {
     for (const Situation& s : table) {
         SCOPED_TRACE(s.name);
         TestHost host;
@@ -126,7 +117,7 @@ inline void ExpectSituations(UpgraderPtr (*create)(), const std::vector<Situatio
         for (const auto& [name, value] : s.registry) host.SetRegistryValue(name, value);
         std::string raised;
         EXPECT_EQ(EnableAndExecute(host, create().Get(), cn.Get(), s.prefix, s.coreVersion, &raised), s.outcome);
-        EXPECT_EQ(host.Log().Lines(), s.lines);
+        ExpectTranscript(s.name, host.Log().Lines(), testFile);
         EXPECT_EQ(raised, s.raised);
     }
 }

@@ -7,12 +7,13 @@
 #include "library/class_table.h"
 #include "platform/automation/collection.h"
 #include "platform/ado/scripted/scripted_provider.h"
-#include "tests/support/test_host.h"
+#include "platform/automation/basic_error.h"
+#include "tests/support/host_objects.h"
+#include "tests/support/transcript_file.h"
+#include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {
 namespace {
-
-using Lines = std::vector<std::string>;
 
 struct EnabledCase {
     const char* name;
@@ -67,12 +68,13 @@ std::vector<std::string> Texts(const Variant& list) {
     return texts;
 }
 
-// Each part's list, counted here only (the names are the code's own data):
-// a new collection on every call, sorted by name.
-TEST(SystemTableMarkers, ListsInOrderAndNewOnEveryCall) {
-    const std::vector<std::pair<UpgraderPtr (*)(), size_t>> cases = {
-        {New_KDHideVqTables, 25}, {New_KDHideSMTables, 6}, {New_KDHideWFMTables, 29}, {New_KDHideMobileTables, 4}};
-    for (const auto& [create, count] : cases) {
+const std::vector<UpgraderPtr (*)()> kMarkers = {New_KDHideVqTables, New_KDHideSMTables, New_KDHideWFMTables,
+                                                 New_KDHideMobileTables};
+
+// Each list name by name (transcripts/.../<class>-list.txt), a new
+// collection on every call.
+TEST(SystemTableMarkers, ListsNameByNameAndNewOnEveryCall) {
+    for (auto create : kMarkers) {
         TestHost host;
         UpgraderPtr up = create();
         SCOPED_TRACE(up->ClassName());
@@ -80,22 +82,49 @@ TEST(SystemTableMarkers, ListsInOrderAndNewOnEveryCall) {
         Variant second;
         ASSERT_EQ(up->TavixSystemTables(&first), com::S_OK);
         ASSERT_EQ(up->TavixSystemTables(&second), com::S_OK);
-        const std::vector<std::string> tables = Texts(first);
-        EXPECT_EQ(tables.size(), count);
-        EXPECT_TRUE(std::is_sorted(tables.begin(), tables.end()));
-        EXPECT_EQ(Texts(second), tables);
+        ExpectTranscript(up->ClassName() + " list", Texts(first));
+        EXPECT_EQ(Texts(second), Texts(first));
         EXPECT_NE(automation::CollectionOf(first).Get(), automation::CollectionOf(second).Get());
     }
 }
 
-// Execute succeeds without an Enabled before it and touches nothing.
-TEST(SystemTableMarkers, ExecuteTouchesNothing) {
-    for (auto create : {New_KDHideVqTables, New_KDHideSMTables, New_KDHideWFMTables, New_KDHideMobileTables}) {
+// References the callback has beyond the caller's.
+unsigned long ExtraReferences(IKDProgressCallback* callback) {
+    callback->AddRef();
+    return callback->Release() - 1;
+}
+
+// Execute succeeds without an Enabled before it, touches nothing and keeps
+// no reference to the callback.
+TEST(SystemTableMarkers, ExecuteTouchesNothingAndKeepsNoCallback) {
+    for (auto create : kMarkers) {
         TestHost host;
         UpgraderPtr up = create();
         SCOPED_TRACE(up->ClassName());
-        EXPECT_TRUE(CallExecute(up.Get(), host.Callback().Get()));
+        auto callback = host.Callback();
+        const unsigned long before = ExtraReferences(callback.Get());
+        EXPECT_TRUE(CallExecute(up.Get(), callback.Get()));
+        EXPECT_EQ(ExtraReferences(callback.Get()), before);
         EXPECT_EQ(host.Log().Lines(), Lines{});
+    }
+}
+
+// A login handing out no connection fails Enabled with "Type mismatch" and
+// leaves the thread's extension cache unfilled: the next Enabled reads the
+// table.
+TEST(SystemTableMarkers, NoConnectionLeavesTheExtensionCacheAlone) {
+    for (auto create : {New_KDHideSMTables, New_KDHideWFMTables}) {
+        TestHost host;
+        SCOPED_TRACE(create()->ClassName());
+        auto notAConnection = automation::Collection::Create();
+        EXPECT_THROW(CallEnabled(create().Get(), NewLoginHanding(notAConnection->Unknown()).Get(), 0),
+                     automation::BasicError);
+        ado::ScriptedProvider* p = nullptr;
+        auto cn = host.ScriptedConnection("OraOLEDB.Oracle", &p);
+        p->AnswerQuery("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS", {{"NAME"}, {{Variant("KDSessionManager")}, {Variant("KDWorkflowManager")}}});
+        const size_t logged = host.Log().Lines().size();
+        EXPECT_TRUE(CallEnabled(create().Get(), host.Login(cn.Get()).Get(), 0));
+        EXPECT_EQ(From(host.Log().Lines(), logged), Lines{"OPEN SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS"});
     }
 }
 

@@ -37,33 +37,5 @@ TEST(WorkflowUpgraders, EnabledByExtensionTablesCoreVersionAndWorkflowRange) {
 
 // A failure inside Enabled reaches the host with the chain of tags; the
 // 9.3 rev2 class carries the 9.0.2 class's name in its tags.
-TEST(WorkflowUpgraders, EnabledFailureCarriesTheClassTag) {
-    struct Case {
-        UpgraderPtr (*create)();
-        const char* tag;
-    };
-    const Case cases[] = {
-        {New_KDUpgradeWFM830, "KDUpgradeWFM830::IKDVqDatabaseUpgrader_Enabled"},
-        {New_kdUpgradeWFM93rev2, "KDUpgradeWFM902::IKDVqDatabaseUpgrader_Enabled"},
-        {New_kdUpgradeWFM931, "kdUpgradeWFM931::IKDVqDatabaseUpgrader_Enabled"},
-    };
-    const std::string inner = "modMain::VerifySupportedExtension\\r\\ntable or view does not exist";
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.tag);
-        TestHost host;
-        auto cn = host.ScriptedConnection(kOracle);
-        std::string raised;
-        try {
-            CallEnabled(c.create().Get(), host.Login(cn.Get()).Get(), 9999);
-        } catch (const automation::BasicError& e) {
-            raised = e.Description();
-        }
-        EXPECT_EQ(raised, std::string(c.tag) + "\r\nmodMain::VerifySupportedExtension\r\ntable or view does not exist");
-        EXPECT_EQ(host.Log().Lines(),
-                  (Lines{Missing("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS"), "LOG 1 kdVqUpgraders:\\r\\n" + inner,
-                         "LOG 1 kdVqUpgraders:\\r\\n" + std::string(c.tag) + "\\r\\n" + inner}));
-    }
-}
-
 }  // namespace
 }  // namespace kdvq::testing
