@@ -113,12 +113,18 @@ void HelperIndexes::Help(const std::string& sql) {
 
 void HelperIndexes::Create(const std::string& table, const std::vector<std::string>& columns,
                            const std::string& sql) {
-    std::string name = kHelperIndexPrefix + table, list;
+    std::string name = kHelperIndexPrefix + table, list, notNull;
     for (const std::string& column : columns) {
         name += "_" + column;
         list += (list.empty() ? "" : ", ") + QuoteName(column);
+        notNull += (notNull.empty() ? "" : " AND ") + QuoteName(column) + " IS NOT NULL";
     }
-    std::string create = "CREATE INDEX IF NOT EXISTS " + QuoteName(name) + " ON " + QuoteName(table) + " (" + list + ")";
+    // An equality never matches Null, so rows with Null in a column need no
+    // entry; and the engine cannot then take the helper for "column IS
+    // NULL", which would visit every row of a column not yet filled in
+    // through the index instead of scanning the table.
+    std::string create = "CREATE INDEX IF NOT EXISTS " + QuoteName(name) + " ON " + QuoteName(table) + " (" + list +
+                         ") WHERE " + notNull;
     // A helper that cannot be made (a lock held by an open read, a full
     // disk) leaves the statement as the engine runs it anyway.
     if (sqlite3_exec(db_, create.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) return;
