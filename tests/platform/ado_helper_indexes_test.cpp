@@ -17,9 +17,13 @@ using kdvq::testing::ExecAll;
 using kdvq::testing::QueryRows;
 using Rows = std::vector<std::string>;
 
-// H: a history of 2,000 rows; R and S: a link table and the table it links
-// to, 2,000 rows each; SMALL: 500 rows. H_ID is the only index of the repository's own.
-void MakeTables(ado::Connection* cn, int rows) {
+// A new file in dir, helper indices on or off, with H: a history of 2,000
+// rows; R and S: a link table and the table it links to, 2,000 rows each;
+// SMALL: 500 rows. H_ID is the only index of the repository's own.
+com::ComPtr<ado::Connection> OpenWithTables(const kdvq::testing::TempDir& dir, bool helpers) {
+    const int rows = 2000;
+    com::ComPtr<ado::Connection> connection = kdvq::testing::OpenSqlite(dir.File("h.db"));
+    ado::Connection* cn = connection.Get();
     ExecAll(cn,
             "CREATE TABLE H (ID INT, USER_ID INT, NAME VARCHAR(20));\n"
             "CREATE INDEX H_ID ON H (ID);\n"
@@ -31,6 +35,8 @@ void MakeTables(ado::Connection* cn, int rows) {
     cn->Execute("INSERT INTO R SELECT ID % 40, ID FROM H");
     cn->Execute("INSERT INTO S SELECT ID, 'state' || ID FROM H");
     cn->Execute("INSERT INTO SMALL SELECT ID, USER_ID FROM H WHERE ID <= 500");
+    cn->UseHelperIndexes(helpers);
+    return connection;
 }
 
 // Names as the query answers them (without the quotes QueryRows gives texts).
@@ -63,9 +69,7 @@ class HelperIndexRepeat : public ::testing::TestWithParam<RepeatCase> {};
 TEST_P(HelperIndexRepeat, MakesHelpersWhereAShapeKeepsScanning) {
     const RepeatCase& c = GetParam();
     kdvq::testing::TempDir dir;
-    com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(dir.File("h.db"));
-    MakeTables(cn.Get(), 2000);
-    cn->UseHelperIndexes(c.helpers);
+    com::ComPtr<ado::Connection> cn = OpenWithTables(dir, c.helpers);
     Rows answers, first;
     for (int i = 0; i < c.runs; ++i) {
         std::string sql = WithNumber(c.sql, i + 1);
@@ -115,9 +119,7 @@ class HelperIndexDefinitionChange : public ::testing::TestWithParam<DefinitionCa
 TEST_P(HelperIndexDefinitionChange, HelperGoesFirstAndTheChangeSucceeds) {
     const DefinitionCase& c = GetParam();
     kdvq::testing::TempDir dir;
-    com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(dir.File("d.db"));
-    MakeTables(cn.Get(), 2000);
-    cn->UseHelperIndexes(true);
+    com::ComPtr<ado::Connection> cn = OpenWithTables(dir, true);
     for (int i = 1; i <= 3; ++i) cn->Execute(WithNumber("UPDATE H SET ID = ID WHERE USER_ID=%d", i));
     ASSERT_EQ(HelperIndexes(cn.Get()), Rows{"kdvq_helper_H_USER_ID"});
     EXPECT_EQ(ado_test::ErrorOf([&] { cn->Execute(c.change); }), 0) << cn->GetErrors().Item(0).description;
