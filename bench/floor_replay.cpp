@@ -10,6 +10,7 @@
 #include "bench/bound_values.h"
 #include "bench/transcript.h"
 #include "bench/transcript_reader.h"
+#include "platform/ado/sqlite/helper_indexes.h"
 
 namespace bench {
 
@@ -43,7 +44,8 @@ void Bind(sqlite3_stmt* s, const std::vector<BoundValue>& values) {
 // transaction when its last open statement ends).
 class Replayer {
 public:
-    Replayer(const std::string& dbPath, bool skipHistoryUpdates) : skipHistoryUpdates_(skipHistoryUpdates) {
+    Replayer(const std::string& dbPath, bool skipHistoryUpdates, bool skipHelperWork)
+        : skipHistoryUpdates_(skipHistoryUpdates), skipHelperWork_(skipHelperWork) {
         if (sqlite3_open_v2(dbPath.c_str(), &db_, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK)
             throw std::runtime_error(dbPath + ": cannot be opened");
         Enter(kBetweenUpgraders);
@@ -67,6 +69,10 @@ public:
     void Replay(const TranscriptStatement& s) {
         if (skipHistoryUpdates_ && IsPerUserHistoryUpdate(s.text)) {
             ++figures_.skipped;
+            return;
+        }
+        if (skipHelperWork_ && ado::sqlite::IsHelperIndexWork(s.text)) {
+            ++figures_.helperWork;
             return;
         }
         std::vector<BoundValue> values;
@@ -192,6 +198,7 @@ private:
     }
 
     bool skipHistoryUpdates_;
+    bool skipHelperWork_;
     sqlite3* db_ = nullptr;
     std::unordered_map<uint64_t, OpenStatement> open_;
     std::unordered_map<std::string, std::vector<sqlite3_stmt*>> idle_;
@@ -203,8 +210,8 @@ private:
 }  // namespace
 
 FloorFigures ReplayFloor(const std::string& transcriptPath, const std::string& dbPath,
-                         const std::function<bool()>& runFinished, bool skipHistoryUpdates) {
-    Replayer replayer(dbPath, skipHistoryUpdates);
+                         const std::function<bool()>& runFinished, bool skipHistoryUpdates, bool skipHelperWork) {
+    Replayer replayer(dbPath, skipHistoryUpdates, skipHelperWork);
     FollowTranscript(transcriptPath,
                      {[&](const TranscriptStatement& s) { replayer.Replay(s); },
                       [&](const std::string& name) { replayer.Enter(name); },

@@ -26,6 +26,7 @@ struct FloorFigures {
     uint64_t failures = 0;  // statements the engine refused, as in the run
     uint64_t unreadable = 0;  // statements whose bound values could not be read back
     uint64_t skipped = 0;     // history per-user UPDATEs left out on request
+    uint64_t helperWork = 0;  // statements of the helper indices' own work left out
 };
 
 // Replays the transcript as the run writes it, until runFinished answers
@@ -34,7 +35,11 @@ struct FloorFigures {
 // the history's per-user UPDATEs: on a repository whose history has no
 // user filled in yet they change no row, so what follows sees the same
 // data, and at a large scale they are most of the replay's time.
+// skipHelperWork leaves out the provider's own work on helper indices
+// (plans read, indices made and dropped): the plain floor, the engine left
+// to itself; with it, the run's own floor.
 FloorFigures ReplayFloor(const std::string& transcriptPath, const std::string& dbPath,
-                         const std::function<bool()>& runFinished, bool skipHistoryUpdates = false);
+                         const std::function<bool()>& runFinished, bool skipHistoryUpdates = false,
+                         bool skipHelperWork = false);
 
 }  // namespace bench

@@ -64,6 +64,12 @@ int main(int argc, char** argv) {
     app.add_option("--stop-after", options.stopAfter,
                    "End each run after this upgrader class, e.g. KDUpgradeMobile832 (the upgraders before the "
                    "long ones, measured at large scales in minutes)");
+    bool noHelperIndexes = false;
+    app.add_flag("--no-helper-indexes", noHelperIndexes,
+                 "Run as kdvq-upgrade --no-helper-indexes does: the engine left to itself");
+    app.add_option("--plain-floor-up-to", options.plainFloorUpTo,
+                   "Replay the plain floor (the engine alone, no helper indices) at scales up to this one only "
+                   "(default 3: at scale 10 it takes over an hour)");
     app.add_option("--dir", directory, "Where to work (default: a new directory under $TMPDIR or /tmp)");
     std::string replay;
     bool skipHistoryUpdates = false;
@@ -74,6 +80,7 @@ int main(int argc, char** argv) {
     CLI11_PARSE(app, argc, argv);
     if (!replay.empty()) return ReplayKept(replay, skipHistoryUpdates);
     if (quick) scales = {0.1, 1};
+    options.helperIndexes = !noHelperIndexes;
 
     // The upgrader classes are registered in a registry of the benchmark's
     // own, so that the user's is left alone.

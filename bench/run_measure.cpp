@@ -89,7 +89,7 @@ void ResetPeakResident() {
 }
 
 RunFigures MeasureRun(const std::string& dbPath, const std::string& transcriptPath, const std::string& logPath,
-                      const std::string& stopAfter) {
+                      const std::string& stopAfter, bool helperIndexes) {
     RunFigures figures;
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> devNull(std::fopen("/dev/null", "w"), std::fclose);
     kdhost::Console console(devNull.get(), false);
@@ -100,6 +100,7 @@ RunFigures MeasureRun(const std::string& dbPath, const std::string& transcriptPa
     auto start = Clock::now();
     {
         com::ComPtr<ado::Connection> connection = kdhost::OpenRepository(kdhost::ParseTarget(dbPath), "", false);
+        connection->UseHelperIndexes(helperIndexes);
         com::ComPtr<kdhost::Login> login = kdhost::Login::Create(connection, "");
         com::ComPtr<kdhost::ProgressCallback> callback = kdhost::ProgressCallback::Create(console);
         kdhost::RunPresenter presenter(console);
@@ -112,6 +113,7 @@ RunFigures MeasureRun(const std::string& dbPath, const std::string& transcriptPa
             figures.succeeded = std::all_of(figures.upgraders.begin(), figures.upgraders.end(),
                                             [](const UpgraderFigures& u) { return u.succeeded; });
         }
+        connection->DropHelperIndexes();
         connection->Close();
     }
     figures.seconds = SecondsSince(start);

@@ -27,8 +27,10 @@ struct RunFigures {
 // applies; the statements go to transcriptPath, the run's log to logPath.
 // With stopAfter, the run ends once that upgrader class has run, so that
 // the upgraders before a long one can be measured at large scales alone.
+// helperIndexes: as the runner without --no-helper-indexes (the provider
+// makes helper indices, and all are dropped at the run's end).
 RunFigures MeasureRun(const std::string& dbPath, const std::string& transcriptPath, const std::string& logPath,
-                      const std::string& stopAfter = "");
+                      const std::string& stopAfter, bool helperIndexes);
 
 // The process's peak resident memory (VmHWM) in KiB, and a reset of it so
 // that the next reading covers what follows only.

@@ -24,7 +24,9 @@ struct RunAndFloor {
 RunAndFloor MeasureRunAndFloor(const std::string& run, const std::string& floor, const std::string& transcript,
                                const std::string& log, const ScaleOptions& options,
                                const std::function<void(const ChildOutcome&)>& runEnded) {
-    auto measureRun = [&] { return EncodeRun(MeasureRun(run, transcript, log, options.stopAfter)); };
+    auto measureRun = [&] {
+        return EncodeRun(MeasureRun(run, transcript, log, options.stopAfter, options.helperIndexes));
+    };
     auto replayFloor = [&](const std::function<bool()>& runFinished) {
         return EncodeFloor(ReplayFloor(transcript, floor, runFinished));
     };
@@ -53,9 +55,10 @@ ScaleResult MeasureScale(double scale, const std::string& directory, const Scale
     result.counts = kdhost::ScaledCounts(scale);
     fs::create_directories(directory);
     const std::string start = directory + "/start.db", run = directory + "/run.db", floor = directory + "/floor.db";
+    const std::string plain = directory + "/plain.db";
     const std::string transcript = directory + "/transcript.bin", log = directory + "/run.log";
     for (const std::string& path : {start, run, floor, transcript, log, run + "-wal", run + "-shm",
-                                    floor + "-wal", floor + "-shm"})
+                                    floor + "-wal", floor + "-shm", plain, plain + "-wal", plain + "-shm"})
         fs::remove(path);
 
     ChildOutcome sample = RunInChild([&] {
@@ -89,6 +92,20 @@ ScaleResult MeasureScale(double scale, const std::string& directory, const Scale
     }
     result.floor = DecodeFloor(measured.floor.output);
     result.floorAlongside = options.alongside;
+    if (!options.helperIndexes) {
+        result.plainFloor = result.floor;
+        result.plainFloorMeasured = true;
+    } else if (scale <= options.plainFloorUpTo) {
+        fs::copy_file(start, plain);
+        ChildOutcome plainFloor = RunInChild(
+            [&] { return EncodeFloor(ReplayFloor(transcript, plain, [] { return true; }, false, true)); });
+        if (!plainFloor.error.empty()) {
+            result.error = "plain floor: " + plainFloor.error;
+            return result;
+        }
+        result.plainFloor = DecodeFloor(plainFloor.output);
+        result.plainFloorMeasured = true;
+    }
 
     if (!options.keep) fs::remove_all(directory);
     return result;

@@ -110,6 +110,9 @@ int RunPlanCommand(const PlanOptions& options) {
                                          if (testHook) testHook(call, text);
                                          if (showing) ShowCall(console, call, text);
                                      }));
+    // Helper indices an interrupted run left in the file are not the
+    // repository's: the copy goes without them, as an upgrade would.
+    connection->DropHelperIndexes();
     RepositoryVersions before = ReadVersions(connection.Get(), options.prefix);
     console.Line("Plan for " + target.text + " (an upgrade of a temporary copy; the repository is not changed)");
     console.Line("Versions now: " + DescribeVersions(before));

@@ -37,8 +37,11 @@ EnabledAnswer EnabledNow(const UpgraderClassInfo& info, kdvq::IKDLogin* login, i
 }
 
 void PrintStatus(const Target& target, const RepositoryVersions& versions,
-                 const std::vector<EnabledAnswer>& answers) {
+                 const std::vector<EnabledAnswer>& answers, int helperIndexes) {
     std::printf("Repository %s\nVersions: %s\n", target.text.c_str(), DescribeVersions(versions).c_str());
+    if (helperIndexes > 0)
+        std::printf("Helper indices left by an interrupted run: %d (the next upgrade removes them first)\n",
+                    helperIndexes);
     std::string newer = DescribeNewerParts(versions);
     if (!newer.empty()) std::printf("Newer than this kdvq-upgrade knows: %s; upgrade refuses it\n", newer.c_str());
     std::string applying;
@@ -64,11 +67,12 @@ int RunStatusCommand(const StatusOptions& options) {
         com::ComPtr<Login> login = Login::Create(connection, options.prefix);
         for (const UpgraderClassInfo& info : classes) answers.push_back(EnabledNow(info, login.Get(), versions[0]));
     }
+    int helperIndexes = connection->CountHelperIndexes();
     connection->Close();
     if (options.json) {
         std::fputs(StatusJson(target.text, versions, answers).c_str(), stdout);
     } else {
-        PrintStatus(target, versions, answers);
+        PrintStatus(target, versions, answers, helperIndexes);
     }
     return kExitSuccess;
 }

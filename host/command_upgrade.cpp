@@ -41,6 +41,7 @@ struct UpgradeOptions {
     std::string backup;  // --backup: where to copy the repository first
     bool noTransactions = false;
     bool refresh = false;  // --refresh: the final pass also on an up-to-date repository
+    bool noHelperIndexes = false;  // --no-helper-indexes: the engine left to itself
 };
 
 std::string DefaultLogPath(const Target& target) {
@@ -88,6 +89,10 @@ int RunUpgradeCommand(const UpgradeOptions& options) {
     host.Log().Write("kdvq-upgrade: upgrade of " + target.text + " started; versions " + DescribeVersions(before),
                      kLogInformation);
 
+    // Helper indices an interrupted run left go before the first upgrader,
+    // with the option or without it.
+    connection->DropHelperIndexes();
+    connection->UseHelperIndexes(!options.noHelperIndexes);
     bool transactions = UseTransactions(options, connection->Provider(), console);
     interruption::SetLog(&host.Log());
     interruption::SetConnection(connection.Get());
@@ -102,6 +107,8 @@ int RunUpgradeCommand(const UpgradeOptions& options) {
             presenter);
     }
 
+    // After the last upgrader's commit, in a transaction of its own.
+    connection->DropHelperIndexes();
     RepositoryVersions after = ReadVersions(connection.Get(), options.prefix);
     interruption::SetConnection(nullptr);
     connection->Close();
@@ -157,6 +164,9 @@ Command AddUpgradeCommand(CLI::App& app) {
                   "Re-create the indices and re-list the system tables even when the repository is up to date");
     sub->add_flag("--no-transactions", options->noTransactions,
                   "Run the upgraders without a transaction each (an interrupted upgrader then keeps what it did)");
+    sub->add_flag("--no-helper-indexes", options->noHelperIndexes,
+                  "Leave the database engine to itself: make no helper indices where statements keep scanning a "
+                  "large table");
     return {sub, [options] { return RunUpgradeCommand(*options); }};
 }
 

@@ -57,6 +57,10 @@ public:
         inner_->CommitOuterTransaction();
     }
     void RollbackOuterTransaction() override { inner_->RollbackOuterTransaction(); }
+    // The provider's own work, not a call the run makes: not told.
+    void UseHelperIndexes(bool use) override { inner_->UseHelperIndexes(use); }
+    int DropHelperIndexes() override { return inner_->DropHelperIndexes(); }
+    int CountHelperIndexes() override { return inner_->CountHelperIndexes(); }
     bool Abandon() override { return inner_->Abandon(); }
 
 private:

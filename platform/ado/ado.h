@@ -141,6 +141,11 @@ public:
     void CommitOuterTransaction();
     void RollbackOuterTransaction();
     bool InOuterTransaction() const { return outerTransaction_; }
+    // The provider's helper indices (provider.h): used from now on or not;
+    // all dropped (answers how many); how many the database holds.
+    void UseHelperIndexes(bool use);
+    int32_t DropHelperIndexes();
+    int32_t CountHelperIndexes();
     // Thread-safe, for a process about to end on a signal: stops the running
     // statement, takes back the open transaction and keeps the connection
     // from doing anything more. True when work was taken back.

@@ -180,6 +180,19 @@ ado::Provider& Connection::EndOuterTransaction() {
     return provider;
 }
 
+void Connection::UseHelperIndexes(bool use) { GetProvider().UseHelperIndexes(use); }
+
+int32_t Connection::DropHelperIndexes() {
+    ado::Provider& provider = GetProvider();
+    CompleteDeferredReads();
+    return CallProvider(*this, [&] { return provider.DropHelperIndexes(); });
+}
+
+int32_t Connection::CountHelperIndexes() {
+    ado::Provider& provider = GetProvider();
+    return CallProvider(*this, [&] { return provider.CountHelperIndexes(); });
+}
+
 bool Connection::Abandon() { return provider_ && provider_->Abandon(); }
 
 void Connection::AddDeferredRead(DeferredRead* reader) { deferredReads_.push_back(reader); }

@@ -116,6 +116,18 @@ public:
     virtual void CommitOuterTransaction() = 0;
     virtual void RollbackOuterTransaction() = 0;
 
+    // Helper indices: indices a provider may make by itself where
+    // statements of one shape keep scanning a large table, under a
+    // reserved name, and drop before any change to their table's
+    // definition (SQLite: sqlite/helper_indexes.h). Off until asked for;
+    // a provider without them does nothing.
+    virtual void UseHelperIndexes(bool /*use*/) {}
+    // Drops every helper index in the database, this process's and any an
+    // interrupted one left, committed at once unless a transaction is open;
+    // answers how many there were.
+    virtual int DropHelperIndexes() { return 0; }
+    virtual int CountHelperIndexes() { return 0; }
+
     // The one call that may come from another thread, while the owner is
     // anywhere, even inside a call: the process is about to end. Stops the
     // running statement, takes back the open transaction and keeps the

@@ -1,5 +1,6 @@
 #include "platform/ado/sqlite/sqlite_cursor.h"
 
+#include "platform/ado/sqlite/helper_indexes.h"
 #include "platform/ado/sqlite/sql_rewrite.h"
 #include "platform/ado/sqlite/sql_tokens.h"
 #include "platform/ado/sqlite/sqlite_values.h"
@@ -71,6 +72,7 @@ bool SqliteCursor::Fetch(std::vector<Variant>& row, RowKey& key) {
     finished_ = true;
     if (rc == SQLITE_DONE) {
         sqlite3_reset(s);  // ends the statement's read transaction
+        db_->Helpers().AfterRun(s);
         return false;
     }
     int code = sqlite3_extended_errcode(db_->Get());

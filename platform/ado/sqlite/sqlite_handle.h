@@ -4,15 +4,19 @@
 // outlive the connection's close without touching a closed handle.
 #include <sqlite3.h>
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ado::sqlite {
 
+class HelperIndexes;  // helper_indexes.h
+
 class Database {
 public:
-    explicit Database(sqlite3* db) : db_(db) {}
-    ~Database() { sqlite3_close_v2(db_); }
+    explicit Database(sqlite3* db);
+    ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
     sqlite3* Get() const { return db_; }
@@ -25,9 +29,13 @@ public:
     bool InOuterTransaction() const { return outer_; }
     void CheckOuterTransaction() const;
 
+    // The indices the provider makes where statements keep scanning.
+    HelperIndexes& Helpers() { return *helpers_; }
+
 private:
     sqlite3* db_;
     bool outer_ = false;
+    std::unique_ptr<HelperIndexes> helpers_;
 };
 using DatabasePtr = std::shared_ptr<Database>;
 
@@ -47,7 +55,13 @@ using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
 Statement Prepare(sqlite3* db, const std::string& sql, size_t offset = 0, size_t* tail = nullptr);
 // Steps a statement to its end, discarding rows (raises on failure).
 void RunToEnd(sqlite3* db, sqlite3_stmt* statement);
-// Runs every statement of the text.
-void ExecuteAll(sqlite3* db, const std::string& sql);
+// Runs every statement of the text; ran, when given, is told of each
+// statement once it has run to its end.
+void ExecuteAll(sqlite3* db, const std::string& sql, const std::function<void(sqlite3_stmt*)>& ran = nullptr);
+// Runs a query with text parameters, handing each row to onRow.
+void ForEachRow(sqlite3* db, const std::string& query, const std::vector<std::string>& parameters,
+                const std::function<void(sqlite3_stmt*)>& onRow);
+// A column of the current row as text ("" for Null).
+std::string Text(sqlite3_stmt* s, int column);
 
 }  // namespace ado::sqlite

@@ -2,6 +2,7 @@
 
 #include <variant>
 
+#include "platform/ado/sqlite/helper_indexes.h"
 #include "platform/ado/sqlite/read_only_open.h"
 #include "platform/ado/sqlite/sql_rewrite.h"
 #include "platform/ado/sqlite/sql_tokens.h"
@@ -31,6 +32,8 @@ public:
     void Execute(const std::string& sql) override {
         sqlite3* db = db_->Get();
         db_->CheckOuterTransaction();
+        sqlite::HelperIndexes& helpers = db_->Helpers();
+        helpers.BeforeRun(sql);
         sql::Statement statement = sql::Classify(sql);
         if (const auto* alter = std::get_if<sql::AlterColumn>(&statement))
             sqlite::AlterColumn(db, *alter);
@@ -39,7 +42,8 @@ public:
         else if (const auto* drop = std::get_if<sql::DropIndex>(&statement))
             sqlite::DropIndex(db, *drop);
         else
-            sqlite::ExecuteAll(db, std::get<sql::NativeStatement>(statement).sql);
+            sqlite::ExecuteAll(db, std::get<sql::NativeStatement>(statement).sql,
+                               [&](sqlite3_stmt* s) { helpers.AfterRun(s); });
     }
 
     std::unique_ptr<Cursor> OpenQuery(const std::string& sql, const QueryOptions& options) override {
@@ -84,6 +88,10 @@ public:
         // The engine may have ended it already.
         if (!sqlite3_get_autocommit(db_->Get())) Run("ROLLBACK");
     }
+
+    void UseHelperIndexes(bool use) override { db_->Helpers().SetEnabled(use); }
+    int DropHelperIndexes() override { return sqlite::DropHelperIndexes(db_->Get()); }
+    int CountHelperIndexes() override { return sqlite::CountHelperIndexes(db_->Get()); }
 
     bool Abandon() override {
         sqlite3* db = db_->Get();

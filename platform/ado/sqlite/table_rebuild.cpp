@@ -1,9 +1,9 @@
 #include "platform/ado/sqlite/table_rebuild.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "platform/ado/sqlite/helper_indexes.h"
 #include "platform/ado/sqlite/sql_tokens.h"
 #include "platform/ado/sqlite/sqlite_handle.h"
 
@@ -27,21 +27,6 @@ struct ColumnInfo {
     bool notNull = false;
     int primaryKey = 0;
 };
-
-void ForEachRow(sqlite3* db, const std::string& query, const std::vector<std::string>& parameters,
-                const std::function<void(sqlite3_stmt*)>& onRow) {
-    Statement s = Prepare(db, query);
-    for (size_t i = 0; i < parameters.size(); ++i)
-        sqlite3_bind_text(s.get(), static_cast<int>(i) + 1, parameters[i].c_str(), -1, SQLITE_TRANSIENT);
-    int rc;
-    while ((rc = sqlite3_step(s.get())) == SQLITE_ROW) onRow(s.get());
-    if (rc != SQLITE_DONE) RaiseLast(db);
-}
-
-std::string Text(sqlite3_stmt* s, int column) {
-    const unsigned char* text = sqlite3_column_text(s, column);
-    return text ? reinterpret_cast<const char*>(text) : "";
-}
 
 bool HasRow(sqlite3* db, const std::string& query) {
     bool found = false;
@@ -160,10 +145,13 @@ bool RowidIsColumn(sqlite3* db, const std::string& table) {
 void Rebuild(sqlite3* db, const TableDefinition& def, const std::vector<std::string>& items) {
     const std::string temporary = "kdvq_rebuild_" + def.name;
     std::vector<std::string> schemaObjects;
+    // Only the repository's own indices are made again, never the provider's helpers.
     ForEachRow(db,
-               "SELECT sql FROM sqlite_schema WHERE tbl_name = ?1 COLLATE NOCASE AND type IN ('index', 'trigger') "
+               "SELECT sql, name FROM sqlite_schema WHERE tbl_name = ?1 COLLATE NOCASE AND type IN ('index', 'trigger') "
                "AND sql IS NOT NULL",
-               {def.name}, [&](sqlite3_stmt* s) { schemaObjects.push_back(Text(s, 0)); });
+               {def.name}, [&](sqlite3_stmt* s) {
+                   if (!IsHelperIndexName(Text(s, 1))) schemaObjects.push_back(Text(s, 0));
+               });
     std::string columnList;
     for (const ColumnInfo& c : ReadColumns(db, def.name)) columnList += (columnList.empty() ? "" : ", ") + QuoteName(c.name);
     std::string body;

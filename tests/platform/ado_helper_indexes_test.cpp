@@ -1,0 +1,220 @@
+// The SQLite provider's helper indices on a real file: which repeated
+// statements get one, that a table's definition can still be changed with
+// one in place, and that all are dropped on request; and the text rule
+// that finds the columns.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/ado/sqlite/helper_index_rule.h"
+#include "tests/platform/ado_test_util.h"
+#include "tests/support/test_host.h"
+
+namespace {
+
+using kdvq::testing::ExecAll;
+using kdvq::testing::QueryRows;
+using Rows = std::vector<std::string>;
+
+// A new file in dir, helper indices on or off, with H: a history of 2,000
+// rows; R and S: a link table and the table it links to, 2,000 rows each;
+// SMALL: 500 rows. H_ID is the only index of the repository's own.
+com::ComPtr<ado::Connection> OpenWithTables(const kdvq::testing::TempDir& dir, bool helpers) {
+    const int rows = 2000;
+    com::ComPtr<ado::Connection> connection = kdvq::testing::OpenSqlite(dir.File("h.db"));
+    ado::Connection* cn = connection.Get();
+    ExecAll(cn,
+            "CREATE TABLE H (ID INT, USER_ID INT, NAME VARCHAR(20));\n"
+            "CREATE INDEX H_ID ON H (ID);\n"
+            "CREATE TABLE R (ROLE_ID INT, STATE_ID INT);\n"
+            "CREATE TABLE S (STATE_ID INT, NAME VARCHAR(20));\n"
+            "CREATE TABLE SMALL (ID INT, USER_ID INT)");
+    cn->Execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " + std::to_string(rows) +
+                ") INSERT INTO H SELECT i, i % 50, NULL FROM n");
+    cn->Execute("INSERT INTO R SELECT ID % 40, ID FROM H");
+    cn->Execute("INSERT INTO S SELECT ID, 'state' || ID FROM H");
+    cn->Execute("INSERT INTO SMALL SELECT ID, USER_ID FROM H WHERE ID <= 500");
+    cn->UseHelperIndexes(helpers);
+    return connection;
+}
+
+// Names as the query answers them (without the quotes QueryRows gives texts).
+Rows Names(ado::Connection* cn, const std::string& sql) {
+    Rows names = QueryRows(cn, sql);
+    for (std::string& name : names) name = name.substr(1, name.size() - 2);
+    return names;
+}
+
+Rows HelperIndexes(ado::Connection* cn) {
+    return Names(cn, "SELECT name FROM sqlite_schema WHERE type = 'index' AND name GLOB 'kdvq_helper_*' ORDER BY name");
+}
+
+std::string WithNumber(std::string text, int n) {
+    size_t at = text.find("%d");
+    return at == std::string::npos ? text : text.replace(at, 2, std::to_string(n));
+}
+
+struct RepeatCase {
+    const char* name;
+    const char* sql;  // %d: a number that changes from run to run
+    bool query;       // opened as a recordset rather than executed
+    int runs;
+    bool helpers;     // UseHelperIndexes(true)
+    Rows made;
+};
+
+class HelperIndexRepeat : public ::testing::TestWithParam<RepeatCase> {};
+
+TEST_P(HelperIndexRepeat, MakesHelpersWhereAShapeKeepsScanning) {
+    const RepeatCase& c = GetParam();
+    kdvq::testing::TempDir dir;
+    com::ComPtr<ado::Connection> cn = OpenWithTables(dir, c.helpers);
+    Rows answers, first;
+    for (int i = 0; i < c.runs; ++i) {
+        std::string sql = WithNumber(c.sql, i + 1);
+        if (!c.query) {
+            cn->Execute(sql);
+            continue;
+        }
+        answers = QueryRows(cn.Get(), sql);
+        // The answer of a statement is the same whether a helper serves it.
+        if (i == 0) first = QueryRows(cn.Get(), WithNumber(c.sql, c.runs));
+    }
+    if (c.query) {
+        EXPECT_EQ(answers, first);
+    }
+    EXPECT_EQ(HelperIndexes(cn.Get()), c.made);
+    EXPECT_EQ(cn->CountHelperIndexes(), static_cast<int32_t>(c.made.size()));
+    EXPECT_EQ(cn->DropHelperIndexes(), static_cast<int32_t>(c.made.size()));
+    EXPECT_EQ(HelperIndexes(cn.Get()), Rows{});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ado, HelperIndexRepeat,
+    ::testing::Values(
+        RepeatCase{"update_scan", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d AND NAME Is Null", false, 3, true,
+                   {"kdvq_helper_H_USER_ID"}},
+        RepeatCase{"join_automatic_index",
+                   "SELECT s.STATE_ID, NAME, ROLE_ID FROM R r, S s WHERE ROLE_ID=%d AND s.STATE_ID=r.STATE_ID "
+                   "ORDER BY 1",
+                   true, 3, true, {"kdvq_helper_R_ROLE_ID", "kdvq_helper_S_STATE_ID"}},
+        RepeatCase{"unqualified_join", "SELECT NAME FROM R, S WHERE ROLE_ID=%d AND S.STATE_ID=R.STATE_ID ORDER BY 1",
+                   true, 3, true, {"kdvq_helper_R_ROLE_ID", "kdvq_helper_S_STATE_ID"}},
+        RepeatCase{"run_once", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d", false, 1, true, {}},
+        RepeatCase{"small_table", "UPDATE SMALL SET ID = ID WHERE USER_ID=%d", false, 5, true, {}},
+        RepeatCase{"own_index_serves", "SELECT NAME FROM H WHERE ID = %d", true, 5, true, {}},
+        RepeatCase{"no_equality", "SELECT count(*) FROM H WHERE USER_ID > %d", true, 5, true, {}},
+        RepeatCase{"helpers_off", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d", false, 5, false, {}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+struct DefinitionCase {
+    const char* name;
+    const char* change;
+    Rows indexesAfter;  // every index of H afterwards, helpers included
+};
+
+class HelperIndexDefinitionChange : public ::testing::TestWithParam<DefinitionCase> {};
+
+TEST_P(HelperIndexDefinitionChange, HelperGoesFirstAndTheChangeSucceeds) {
+    const DefinitionCase& c = GetParam();
+    kdvq::testing::TempDir dir;
+    com::ComPtr<ado::Connection> cn = OpenWithTables(dir, true);
+    for (int i = 1; i <= 3; ++i) cn->Execute(WithNumber("UPDATE H SET ID = ID WHERE USER_ID=%d", i));
+    ASSERT_EQ(HelperIndexes(cn.Get()), Rows{"kdvq_helper_H_USER_ID"});
+    EXPECT_EQ(ado_test::ErrorOf([&] { cn->Execute(c.change); }), 0) << cn->GetErrors().Item(0).description;
+    EXPECT_EQ(Names(cn.Get(), "SELECT name FROM sqlite_schema WHERE type = 'index' AND tbl_name = 'H' ORDER BY name"),
+              c.indexesAfter);
+    EXPECT_EQ(QueryRows(cn.Get(), "SELECT count(*) FROM H"), Rows{"2000"});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ado, HelperIndexDefinitionChange,
+    ::testing::Values(DefinitionCase{"drop_column", "ALTER TABLE H DROP COLUMN USER_ID", {"H_ID"}},
+                      DefinitionCase{"rebuild_alter_column", "ALTER TABLE H ALTER COLUMN USER_ID BIGINT NOT NULL",
+                                     {"H_ID"}},
+                      DefinitionCase{"rebuild_primary_key", "ALTER TABLE H ADD PRIMARY KEY (ID)",
+                                     {"H_ID", "sqlite_autoindex_H_1"}},
+                      DefinitionCase{"other_table_changes", "ALTER TABLE S ADD X INT",
+                                     {"H_ID", "kdvq_helper_H_USER_ID"}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(HelperIndexLeftovers, ADropOnAnotherConnectionRemovesAndCommitsThem) {
+    kdvq::testing::TempDir dir;
+    {
+        com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(dir.File("l.db"));
+        ExecAll(cn.Get(), "CREATE TABLE T (A INT, B INT);\n"
+                          "CREATE INDEX kdvq_helper_T_A ON T (A);\n"
+                          "CREATE INDEX kdvq_helper_T_B ON T (B);\n"
+                          "CREATE INDEX T_OWN ON T (A, B)");
+    }
+    com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(dir.File("l.db"));
+    EXPECT_EQ(cn->CountHelperIndexes(), 2);
+    EXPECT_EQ(cn->DropHelperIndexes(), 2);
+    cn->Close();
+    cn = kdvq::testing::OpenSqlite(dir.File("l.db"));
+    EXPECT_EQ(Names(cn.Get(), "SELECT name FROM sqlite_schema WHERE type = 'index'"), Rows{"T_OWN"});
+}
+
+// The text rule on its own: the columns a statement compares for equality,
+// as the table its plan names knows them.
+struct EqualityCase {
+    const char* sql;
+    const char* planName;      // the table or alias the plan names
+    const char* table;         // what that name stands for
+    Rows withConstant, withColumn;
+};
+
+class HelperIndexEqualityColumns : public ::testing::TestWithParam<EqualityCase> {};
+
+TEST_P(HelperIndexEqualityColumns, FindsTheComparedColumns) {
+    const EqualityCase& c = GetParam();
+    std::vector<ado::sql::Token> tokens = ado::sql::Tokenize(c.sql);
+    EXPECT_EQ(ado::sql::TableOfName(tokens, c.planName), c.table);
+    // Unqualified names belong to the table when they end in "_ID" or are "A".
+    auto hasColumn = [&](const std::string& column) {
+        return std::string(c.table) == "T" ? column == "A" || column == "B" : column.find("ROLE") == 0;
+    };
+    ado::sql::EqualityColumns found = ado::sql::EqualityColumnsOf(tokens, c.planName, hasColumn);
+    EXPECT_EQ(found.withConstant, c.withConstant);
+    EXPECT_EQ(found.withColumn, c.withColumn);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ado, HelperIndexEqualityColumns,
+    ::testing::Values(
+        EqualityCase{"UPDATE T SET A = 1 WHERE B = 'x' AND A Is Null", "T", "T", {"B"}, {}},
+        EqualityCase{"SELECT * FROM T WHERE A <= 5 AND B != 2 AND A >= 1", "T", "T", {}, {}},
+        EqualityCase{"SELECT * FROM T WHERE 7 = B AND A = -3", "T", "T", {"B", "A"}, {}},
+        EqualityCase{"SELECT * FROM T WHERE A + 1 = 5 AND B = A * 2", "T", "T", {}, {}},
+        EqualityCase{"SELECT * FROM T WHERE A = ? AND B = @b", "T", "T", {"A", "B"}, {}},
+        EqualityCase{"SELECT * FROM dbo.LINK AS l JOIN U u ON u.ID = l.USER_ID WHERE l.ROLE_ID = 3", "l", "LINK",
+                     {"ROLE_ID"}, {"USER_ID"}},
+        EqualityCase{"SELECT * FROM LINK, U WHERE ROLE_ID=3 AND ID=USER_ID", "LINK", "LINK", {"ROLE_ID"}, {}}),
+    [](const auto& info) { return "case" + std::to_string(info.index); });
+
+TEST(HelperIndexPlanLine, ReadsScansAndAutomaticIndexes) {
+    auto read = [](const char* detail) {
+        std::optional<ado::sql::PlanNeed> need = ado::sql::ReadPlanLine(detail);
+        if (!need) return std::string("-");
+        std::string text = need->name;
+        for (const std::string& c : need->columns) text += " " + c;
+        return text;
+    };
+    EXPECT_EQ(read("SCAN sr"), "sr");
+    EXPECT_EQ(read("SCAN TABLE KD_X"), "KD_X");
+    EXPECT_EQ(read("SEARCH s USING AUTOMATIC COVERING INDEX (STATE_ID=? AND KIND=?)"), "s STATE_ID KIND");
+    EXPECT_EQ(read("SEARCH s USING AUTOMATIC PARTIAL COVERING INDEX (STATE_ID=?)"), "s STATE_ID");
+    EXPECT_EQ(read("SEARCH s USING INDEX S_ID (STATE_ID=?)"), "-");
+    EXPECT_EQ(read("SCAN v VIRTUAL TABLE INDEX 0:"), "-");
+    EXPECT_EQ(read("USE TEMP B-TREE FOR ORDER BY"), "-");
+}
+
+TEST(HelperIndexShape, LiteralsTakenOut) {
+    EXPECT_EQ(ado::sql::StatementShape("UPDATE H SET N = 'a''b' WHERE U=12"),
+              ado::sql::StatementShape("update h set n = 'c' where u = 7"));
+    EXPECT_NE(ado::sql::StatementShape("UPDATE H SET N = 'a' WHERE U=12"),
+              ado::sql::StatementShape("UPDATE H SET N = 'a' WHERE V=12"));
+}
+
+}  // namespace
