@@ -2,7 +2,7 @@
 # Installs the Debian packages the build and the tests need, when run as
 # root and some are missing; otherwise only reports what is missing.
 set -euo pipefail
-PACKAGES=(build-essential cmake pkg-config libsqlite3-dev sqlite3 googletest libgtest-dev libgmock-dev
+PACKAGES=(build-essential cmake pkg-config libsqlite3-dev sqlite3 googletest libgtest-dev libgmock-dev nlohmann-json3-dev
           libcli11-dev unixodbc unixodbc-dev odbc-postgresql libsqliteodbc postgresql
           clang libclang-rt-14-dev)
 missing=()
