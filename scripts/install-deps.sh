@@ -14,8 +14,15 @@ if [ ${#missing[@]} -eq 0 ]; then
 fi
 if [ "$(id -u)" -eq 0 ]; then
   export DEBIAN_FRONTEND=noninteractive
-  apt-get update -qq
-  apt-get install -y -qq --no-install-recommends "${missing[@]}"
+  echo "Installing ${#missing[@]} missing Debian packages: ${missing[*]}"
+  # The package tools' own output goes to a file, shown when they fail.
+  log=$(mktemp /tmp/kdvq-install-deps.XXXXXX)
+  if ! { apt-get update -qq && apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    tail -n 30 "$log" >&2
+    echo "Installing the packages failed; the whole output is in $log" >&2
+    exit 1
+  fi
+  rm -f "$log"
 else
   echo "Missing Debian packages (run as root to install): ${missing[*]}" >&2
 fi
