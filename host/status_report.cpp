@@ -46,8 +46,9 @@ std::string StatusText(const std::string& target, const RepositoryVersions& vers
     if (summary.UpToDate()) {
         text += "Up to date: no upgrader moves a version of this repository.\n";
     } else if (!summary.pending.empty()) {
-        text += "Pending: " + std::to_string(summary.pending.size()) +
-                " upgraders apply now (more may follow as the versions rise):\n";
+        size_t count = summary.pending.size();
+        text += "Pending: " + std::to_string(count) + (count == 1 ? " upgrader applies" : " upgraders apply") +
+                " now (more may follow as the versions rise):\n";
         for (const EnabledAnswer& answer : summary.pending) {
             text += "  " + answer.className + ": " + WhatItWrites(answer.className) + "\n";
         }
@@ -57,7 +58,7 @@ std::string StatusText(const std::string& target, const RepositoryVersions& vers
         for (const EnabledAnswer& answer : summary.failed) text += "  " + answer.className + ": " + answer.error + "\n";
     }
     if (!summary.alwaysRun.empty()) {
-        text += "Run on every upgrade, after the others (table indices, system-table marking): " +
+        text += "Run on every upgrade, after the others (table indices, system-table marking):\n  " +
                 NameList(summary.alwaysRun) + "\n";
         if (summary.UpToDate()) {
             text += "  on an up-to-date repository only with upgrade --refresh\n";
