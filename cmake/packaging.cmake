@@ -5,6 +5,9 @@
 # its resources in ../share/kdvq next to itself, so the tree works under any
 # prefix.
 set(KDVQ_GENERATED ${PROJECT_BINARY_DIR}/generated)
+# Installing needs the installed targets only, not the tests and the
+# benchmark: build kdvq-upgrade, kdVqUpgraders and kdvq-help-pages first.
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 add_custom_command(
   OUTPUT ${KDVQ_GENERATED}/kdvq-upgrade.1 ${KDVQ_GENERATED}/kdvq-upgrade.bash
   COMMAND ${CMAKE_COMMAND} -E make_directory ${KDVQ_GENERATED}
