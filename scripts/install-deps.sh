@@ -2,9 +2,10 @@
 # Installs the Debian packages the build and the tests need, when run as
 # root and some are missing; otherwise only reports what is missing.
 set -euo pipefail
+# file: the Debian package's library dependencies are found with it (cpack).
 PACKAGES=(build-essential cmake pkg-config libsqlite3-dev sqlite3 googletest libgtest-dev libgmock-dev nlohmann-json3-dev
           libcli11-dev unixodbc unixodbc-dev odbc-postgresql libsqliteodbc postgresql
-          clang libclang-rt-14-dev)
+          clang libclang-rt-14-dev file)
 missing=()
 for p in "${PACKAGES[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
