@@ -4,6 +4,7 @@
 
 #include "host/provider_tap.h"
 #include "platform/ado/provider.h"
+#include "platform/ado/provider_call.h"
 #include "platform/ado/sqlite/sqlite_provider.h"
 
 namespace kdhost {
@@ -23,16 +24,18 @@ void Count(TappedCall call, const std::string&) {
 CallCounts CountedCalls() { return {statements.load(), rowWrites.load()}; }
 
 void OpenCounted(ado::Connection* connection, const Target& target) {
-    if (target.IsFile()) {
-        connection->OpenWith(
-            TapProvider(ado::OpenSqliteProvider(target.path, ado::SqliteOpenMode::kReadWrite), Count));
-        return;
-    }
-#ifdef KDVQ_HAVE_ODBC
-    connection->OpenWith(TapProvider(ado::OpenOdbcProvider(target.odbc), Count));
-#else
-    connection->Open(target.ConnectionString(false));
+#ifndef KDVQ_HAVE_ODBC
+    if (!target.IsFile()) return connection->Open(target.ConnectionString(false));
 #endif
+    // A provider that cannot be opened fails as Connection::Open makes it
+    // fail: its diagnostics in the connection's Errors, raised as an error.
+    std::unique_ptr<ado::Provider> provider = ado::CallProvider(*connection, [&]() -> std::unique_ptr<ado::Provider> {
+#ifdef KDVQ_HAVE_ODBC
+        if (!target.IsFile()) return ado::OpenOdbcProvider(target.odbc);
+#endif
+        return ado::OpenSqliteProvider(target.path, ado::SqliteOpenMode::kReadWrite);
+    });
+    connection->OpenWith(TapProvider(std::move(provider), Count));
 }
 
 }  // namespace kdhost
