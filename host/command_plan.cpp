@@ -17,7 +17,9 @@
 #include "host/fault_injection.h"
 #include "host/host_session.h"
 #include "host/interruption.h"
+#include "host/json_reports.h"
 #include "host/library_registration.h"
+#include "host/plan_listing.h"
 #include "host/provider_tap.h"
 #include "host/repository_backup.h"
 #include "host/repository_versions.h"
@@ -35,6 +37,8 @@ struct PlanOptions {
     std::string databaseId;
     CLI::Option* databaseIdOption = nullptr;  // whether --database-id was given
     std::vector<std::string> settings;
+    bool verbose = false;  // every row write listed
+    bool json = false;
 };
 
 // A folder of our own for the copy, removed with everything in it on every
@@ -63,14 +67,6 @@ private:
     std::string path_;
 };
 
-// The statements and row writes, under the heading of the upgrader that
-// sends them; the queries only read and are left out.
-void ShowCall(Console& console, TappedCall call, const std::string& text) {
-    if (call == TappedCall::kStatement) console.Line("  " + text);
-    if (call == TappedCall::kRowInsert) console.Line("  (a row added to " + text + ")");
-    if (call == TappedCall::kRowUpdate) console.Line("  (a row of " + text + " changed)");
-}
-
 std::string Outcome(const RunResult& run) {
     std::string which;
     for (const UpgraderOutcome& outcome : run.outcomes) {
@@ -94,7 +90,10 @@ int RunPlanCommand(const PlanOptions& options) {
     std::string copy = scratch.File("repository.db");
     BackupRepositoryFile(target.path, copy);
 
-    Console console(stdout, false);
+    // With --json the document alone goes to the standard output.
+    Console console(options.json ? stderr : stdout, false);
+    RunPresenter presenter(console, false);
+    PlanListing listing(options.json ? nullptr : &console, options.json ? nullptr : &presenter, options.verbose);
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> nowhere(std::fopen("/dev/null", "w"), std::fclose);
     if (!nowhere) throw BadInput("/dev/null cannot be opened");
     // The upgraders' own step texts are not part of the plan.
@@ -108,7 +107,7 @@ int RunPlanCommand(const PlanOptions& options) {
     connection->OpenWith(TapProvider(ado::OpenSqliteProvider(copy, ado::SqliteOpenMode::kReadWrite),
                                      [&](TappedCall call, const std::string& text) {
                                          if (testHook) testHook(call, text);
-                                         if (showing) ShowCall(console, call, text);
+                                         if (showing) listing.Call(call, text);
                                      }));
     // Helper indices an interrupted run left in the file are not the
     // repository's: the copy goes without them, as an upgrade would.
@@ -118,16 +117,19 @@ int RunPlanCommand(const PlanOptions& options) {
     console.Line("Versions now: " + DescribeVersions(before));
     RunResult run;
     {
-        RunPresenter presenter(console, false);
         showing = true;
-        run = UpgradeConnection(connection, options.prefix, classes, steps, presenter);
+        run = UpgradeConnection(connection, options.prefix, classes, steps, listing);
         showing = false;
     }
     RepositoryVersions after = ReadVersions(connection.Get(), options.prefix);
     connection->Close();
     console.Line("Versions after the upgrade would be: " + DescribeVersions(after));
     console.Line(Outcome(run));
-    return run.Succeeded() ? kExitSuccess : kExitUpgradeFailed;
+    int status = run.Succeeded() ? kExitSuccess : kExitUpgradeFailed;
+    if (options.json) {
+        std::fputs(PlanJson(target.text, before, after, run, listing.Upgraders(), status).c_str(), stdout);
+    }
+    return status;
 }
 
 }  // namespace
@@ -145,6 +147,9 @@ Command AddPlanCommand(CLI::App& app) {
     sub->add_option("--setting", options->settings,
                     "A host setting the upgraders may read, e.g. \"BulletinBoard Version/VersionName=9.3.1\"")
         ->type_name("KEY/NAME=VALUE");
+    sub->add_flag("--verbose", options->verbose, "List every row added or changed (by default they are counted)");
+    sub->add_flag("--json", options->json,
+                  "Print one JSON document with each upgrader's statements and row counts");
     return {sub, [options] { return RunPlanCommand(*options); }};
 }
 

@@ -13,9 +13,9 @@
 #include "host/login.h"
 #include "host/repository_connection.h"
 #include "host/repository_versions.h"
+#include "host/status_report.h"
 #include "host/upgrade_preflight.h"
 #include "host/upgrader_calls.h"
-#include "host/upgrader_releases.h"
 
 namespace kdhost {
 
@@ -36,25 +36,6 @@ EnabledAnswer EnabledNow(const UpgraderClassInfo& info, kdvq::IKDLogin* login, i
     return answer;
 }
 
-void PrintStatus(const Target& target, const RepositoryVersions& versions,
-                 const std::vector<EnabledAnswer>& answers, int helperIndexes) {
-    std::printf("Repository %s\nVersions: %s\n", target.text.c_str(), DescribeVersions(versions).c_str());
-    if (helperIndexes > 0)
-        std::printf("Helper indices left by an interrupted run: %d (the next upgrade removes them first)\n",
-                    helperIndexes);
-    std::string newer = DescribeNewerParts(versions);
-    if (!newer.empty()) std::printf("Newer than this kdvq-upgrade knows: %s; upgrade refuses it\n", newer.c_str());
-    std::string applying;
-    for (const EnabledAnswer& answer : answers) {
-        if (answer.enabled) applying += "  " + answer.className + "\n";
-        if (!answer.error.empty()) {
-            applying += "  " + answer.className + ": its Enabled test failed: " + answer.error + "\n";
-        }
-    }
-    std::string text = applying.empty() ? "No upgrader applies now.\n" : "Upgraders that apply now:\n" + applying;
-    std::fputs(text.c_str(), stdout);
-}
-
 int RunStatusCommand(const StatusOptions& options) {
     Target target = ParseTarget(options.db);
     CheckStatusRequest(target, options.prefix, options.log);
@@ -72,7 +53,12 @@ int RunStatusCommand(const StatusOptions& options) {
     if (options.json) {
         std::fputs(StatusJson(target.text, versions, answers).c_str(), stdout);
     } else {
-        PrintStatus(target, versions, answers, helperIndexes);
+        std::string text = StatusText(target.text, versions, answers);
+        if (helperIndexes > 0) {
+            text += "Helper indices left by an interrupted run: " + std::to_string(helperIndexes) +
+                    " (the next upgrade removes them first)\n";
+        }
+        std::fputs(text.c_str(), stdout);
     }
     return kExitSuccess;
 }

@@ -15,12 +15,15 @@
 #include "host/interruption.h"
 #include "host/json_reports.h"
 #include "host/library_registration.h"
+#include "host/live_status.h"
 #include "host/login.h"
 #include "host/progress_callback.h"
+#include "host/progress_digest.h"
 #include "host/repository_backup.h"
 #include "host/repository_check.h"
 #include "host/repository_connection.h"
 #include "host/repository_versions.h"
+#include "host/run_feedback.h"
 #include "host/run_lock.h"
 #include "host/run_presenter.h"
 #include "host/upgrade_preflight.h"
@@ -42,6 +45,7 @@ struct UpgradeOptions {
     bool noTransactions = false;
     bool refresh = false;  // --refresh: the final pass also on an up-to-date repository
     bool noHelperIndexes = false;  // --no-helper-indexes: the engine left to itself
+    bool verbose = false;  // every progress text on the console
 };
 
 std::string DefaultLogPath(const Target& target) {
@@ -61,6 +65,14 @@ bool UseTransactions(const UpgradeOptions& options, const std::string& provider,
         return false;
     }
     return true;
+}
+
+// The warnings and conflicts the upgraders left for the administrator,
+// gathered after the run so that they are not lost among the progress.
+void ShowAdministratorMessages(Console& console, const std::vector<std::string>& messages) {
+    if (messages.empty()) return;
+    console.Line("Messages for the administrator (" + std::to_string(messages.size()) + "):");
+    for (const std::string& message : messages) console.Line("  " + message);
 }
 
 int RunUpgradeCommand(const UpgradeOptions& options) {
@@ -97,15 +109,27 @@ int RunUpgradeCommand(const UpgradeOptions& options) {
     interruption::SetLog(&host.Log());
     interruption::SetConnection(connection.Get());
     RunResult run;
+    std::vector<std::string> messages;
     {
+        LiveStatus live(console);
+        // A signal ends the process from another thread: the live line goes
+        // first, so that the last line stands on its own.
+        interruption::SetCleanup([&console] { console.Close(); });
+        struct CleanupEnd {
+            ~CleanupEnd() { interruption::SetCleanup(nullptr); }
+        } cleanupEnd;
+        ProgressDigest digest(console, &host.Log(), &live, options.verbose);
         com::ComPtr<Login> login = Login::Create(connection, options.prefix);
-        com::ComPtr<ProgressCallback> callback = ProgressCallback::Create(console);
+        com::ComPtr<ProgressCallback> callback = ProgressCallback::Create(console, &digest);
         RunPresenter presenter(console);
+        RunFeedback feedback(presenter, digest, live, host.Log());
         run = RunUpgrade(
             classes,
             {connection.Get(), options.prefix, login.Get(), callback.Get(), transactions, options.refresh},
-            presenter);
+            feedback);
+        messages = digest.AdministratorMessages();
     }
+    ShowAdministratorMessages(console, messages);
 
     // After the last upgrader's commit, in a transaction of its own.
     connection->DropHelperIndexes();
@@ -162,6 +186,8 @@ Command AddUpgradeCommand(CLI::App& app) {
         ->type_name("FILE");
     sub->add_flag("--refresh", options->refresh,
                   "Re-create the indices and re-list the system tables even when the repository is up to date");
+    sub->add_flag("--verbose", options->verbose,
+                  "Show every progress text (by default a long run of them is counted; the log holds them all)");
     sub->add_flag("--no-transactions", options->noTransactions,
                   "Run the upgraders without a transaction each (an interrupted upgrader then keeps what it did)");
     sub->add_flag("--no-helper-indexes", options->noHelperIndexes,

@@ -12,7 +12,7 @@ namespace {
 std::string LevelName(int32_t level) {
     switch (level) {
         case kLogFailure: return "ERROR";
-        case kLogTolerated: return "WARNING";
+        case kLogTolerated: return "TOLERATED";
         case kLogInformation: return "INFO";
         default: return "LEVEL " + std::to_string(level);
     }

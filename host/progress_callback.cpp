@@ -5,11 +5,11 @@
 namespace kdhost {
 
 com::HRESULT ProgressCallback::StepFinished(const std::string& text) {
-    return com::Guard([&] { console_.StepFinished(text); });
+    return com::Guard([&] { digest_ ? digest_->StepFinished(text) : console_.StepFinished(text); });
 }
 
 com::HRESULT ProgressCallback::StepStarting(const std::string& text) {
-    return com::Guard([&] { console_.StepStarting(text); });
+    return com::Guard([&] { digest_ ? digest_->StepStarting(text) : console_.StepStarting(text); });
 }
 
 }  // namespace kdhost

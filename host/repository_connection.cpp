@@ -1,6 +1,7 @@
 #include "host/repository_connection.h"
 
 #include "host/bad_input.h"
+#include "host/call_counts.h"
 #include "host/fault_injection.h"
 #include "host/repository_check.h"
 #include "platform/automation/basic_error.h"
@@ -30,9 +31,10 @@ void CheckServerRepository(ado::Connection* connection, const Target& target, co
 com::ComPtr<ado::Connection> Open(const Target& target, const std::string& prefix, bool readOnly, bool testHook) {
     com::ComPtr<ado::Connection> connection = ado::NewConnection();
     try {
-        if (!(testHook && OpenWithTestHook(connection.Get(), target, readOnly))) {
-            connection->Open(target.ConnectionString(readOnly));
-        }
+        bool hooked = testHook && OpenWithTestHook(connection.Get(), target, readOnly);
+        // A connection that may write counts its calls for the live status line.
+        if (!hooked && readOnly) connection->Open(target.ConnectionString(true));
+        if (!hooked && !readOnly) OpenCounted(connection.Get(), target);
     } catch (...) {
         // The driver's message may repeat the connection string.
         throw BadInput(target.text + ": cannot be opened: " + target.Shown(FailureText()));

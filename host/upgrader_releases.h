@@ -11,8 +11,9 @@
 namespace kdhost {
 
 struct UpgraderRelease {
-    size_t part;      // index into kRepositoryParts
-    int32_t version;  // the number it writes
+    size_t part;          // index into kRepositoryParts
+    int32_t version;      // the number it writes
+    std::string release;  // the release it belongs to: "9.0.1 SP1"
 };
 
 // Empty for the upgraders that move no version (final_upgraders.h).
@@ -24,6 +25,14 @@ RepositoryVersions NewestKnownVersions();
 // "core 9000 above 4866, mobile 9000 above 5129" for the parts beyond the
 // newest known; empty when there are none.
 std::string DescribeNewerParts(const RepositoryVersions& versions);
+
+// The release a part's version number stands for, from the numbers the
+// upgraders write: "9.3 rev2" for core 4866, "before 8.3.0" below the
+// first, "after 9.0.2" between two, "newer than 9.3 rev2" beyond the
+// last, "absent" for 0 (no version table, or an empty one).
+std::string ReleaseOfVersion(size_t part, int32_t version);
+// "core 4866 (9.3 rev2), session 0 (absent), ..."
+std::string DescribeVersionsWithReleases(const RepositoryVersions& versions);
 
 struct Release {
     std::string name;               // "9.0.1 SP1"

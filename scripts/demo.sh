@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the project, creates a sample repository of release 8.2 in a
+# Installs missing Debian packages (when run as root, as scripts/test.sh
+# does), builds the runner, creates a sample repository of release 8.2 in a
 # temporary folder and upgrades it, showing the progress of every upgrader
 # and the versions before and after.
 set -euo pipefail
@@ -7,6 +8,9 @@ cd "$(dirname "$0")/.."
 ROOT=$(pwd)
 JOBS=$(nproc 2>/dev/null || echo 2)
 
+"$ROOT/scripts/install-deps.sh"
+
+echo "Building kdvq-upgrade in build/ (a few minutes the first time)..."
 cmake -S "$ROOT" -B "$ROOT/build" >/dev/null
 cmake --build "$ROOT/build" -j "$JOBS" --target kdvq-upgrade >/dev/null
 

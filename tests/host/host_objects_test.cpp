@@ -95,7 +95,7 @@ TEST_F(HostObjects, LoggerWritesEntriesWithTheirLevel) {
     logger->Log("kdVqUpgraders:\r\nfirst", 1);
     logger->Log("kdVqUpgraders:\r\nsecond", 2);
     EXPECT_EQ(ReadWholeFile(folder_.File("host.log")),
-              "T ERROR kdVqUpgraders:\n    first\nT WARNING kdVqUpgraders:\n    second\n");
+              "T ERROR kdVqUpgraders:\n    first\nT TOLERATED kdVqUpgraders:\n    second\n");
 }
 
 struct InputCase {

@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/host/json_document.h"
 #include "tests/host/runner_process.h"
 #include "tests/support/test_host.h"
 
@@ -184,6 +185,44 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"EmptyOdbcConnection", {"upgrade", "--db", "odbc:"},
                   "kdvq-upgrade: odbc: needs an ODBC connection string after it\n"}),
     [](const ::testing::TestParamInfo<UsageCase>& info) { return info.param.name; });
+
+// With --json a refusal is a document as well, so that a script reading
+// the standard output learns why nothing happened.
+struct JsonRefusalCase {
+    std::string name;
+    std::vector<std::string> args;  // "DB" stands for a missing file in a folder of the test's own
+    std::string reason;             // empty: the command-line parser's message, whatever it is
+};
+
+void PrintTo(const JsonRefusalCase& value, std::ostream* out) { *out << value.name; }
+
+class RunnerJsonRefusal : public ::testing::TestWithParam<JsonRefusalCase> {};
+
+TEST_P(RunnerJsonRefusal, PrintsTheReasonAsADocument) {
+    TempDir folder;
+    std::string path = folder.File("missing.db");
+    std::vector<std::string> args = GetParam().args;
+    for (std::string& arg : args) arg = arg == "DB" ? path : arg;
+    RunnerResult result = RunRunner(args, {folder.Path(), false});
+    EXPECT_EQ(result.status, 2);
+    Json document = ParseJson(result.out);
+    EXPECT_EQ(Keys(document), (std::vector<std::string>{"refused", "exit_status"}));
+    EXPECT_EQ(document.at("exit_status"), 2);
+    std::string reason = document.at("refused").get<std::string>();
+    if (GetParam().reason.empty()) {
+        EXPECT_FALSE(reason.empty());
+    } else {
+        EXPECT_EQ(reason, path + ": " + GetParam().reason);
+        EXPECT_EQ(result.err, "kdvq-upgrade: " + reason + "\n");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, RunnerJsonRefusal,
+    ::testing::Values(JsonRefusalCase{"UpgradeOfMissingFile", {"upgrade", "--db", "DB", "--json"}, "no such file"},
+                      JsonRefusalCase{"StatusOfMissingFile", {"status", "--json", "--db", "DB"}, "no such file"},
+                      JsonRefusalCase{"UpgradeWithoutDb", {"upgrade", "--json"}, ""}),
+    [](const ::testing::TestParamInfo<JsonRefusalCase>& info) { return info.param.name; });
 
 }  // namespace
 }  // namespace kdhost::testing

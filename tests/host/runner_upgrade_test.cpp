@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/host/json_reader.h"
+#include "tests/host/json_document.h"
 #include "tests/host/runner_process.h"
 #include "tests/support/test_host.h"
 
@@ -13,17 +13,16 @@ namespace kdhost::testing {
 namespace {
 
 using kdvq::testing::TempDir;
-using Type = JsonValue::Type;
 
 // The rows of a query, read through the data-access layer.
 std::vector<std::string> Rows(const std::string& path, const std::string& sql) {
     return kdvq::testing::QueryRows(kdvq::testing::OpenSqlite(path).Get(), sql);
 }
 
-std::vector<int> Versions(const JsonValue& versions) {
-    EXPECT_EQ(versions.Keys(), (std::vector<std::string>{"core", "session", "workflow", "mobile"}));
+std::vector<int> Versions(const Json& versions) {
+    EXPECT_EQ(Keys(versions), (std::vector<std::string>{"core", "session", "workflow", "mobile"}));
     std::vector<int> numbers;
-    for (const auto& member : versions.members) numbers.push_back(static_cast<int>(member.second.number));
+    for (const Json& number : versions) numbers.push_back(number.get<int>());
     return numbers;
 }
 
@@ -51,42 +50,47 @@ TEST_F(RunnerUpgrade, JsonDocumentHasVersionsAndOneEntryPerUpgraderThatRan) {
                "CREATE TABLE KD_VQ_DB_VERSION (VERSION INT, DATABASE_ID VARCHAR(64));"
                "INSERT INTO KD_VQ_DB_VERSION VALUES (4866, 'CORE-1');");
     RunnerResult result = Run({"upgrade", "--db", path, "--json"});
-    JsonValue document = ParseJson(result.out);
+    Json document = ParseJson(result.out);
 
-    EXPECT_EQ(document.Keys(), (std::vector<std::string>{"target", "versions_before", "versions_after", "upgraders",
+    EXPECT_EQ(Keys(document), (std::vector<std::string>{"target", "versions_before", "versions_after", "upgraders",
                                                          "system_tables", "passes", "succeeded", "exit_status"}));
-    EXPECT_EQ(document["target"].text, path);
-    EXPECT_EQ(Versions(document["versions_before"]), (std::vector<int>{4866, 0, 0, 0}));
-    Versions(document["versions_after"]);
-    EXPECT_EQ(document["exit_status"].number, result.status);
-    EXPECT_EQ(document["succeeded"].boolean, result.status == 0);
-    ASSERT_EQ(document["upgraders"].type, Type::Array);
-    ASSERT_FALSE(document["upgraders"].items.empty());
-    for (const JsonValue& upgrader : document["upgraders"].items) {
-        std::vector<std::string> keys = upgrader.Keys();
+    EXPECT_EQ(document.at("target").get<std::string>(), path);
+    EXPECT_EQ(Versions(document.at("versions_before")), (std::vector<int>{4866, 0, 0, 0}));
+    Versions(document.at("versions_after"));
+    EXPECT_EQ(document.at("exit_status").get<int>(), result.status);
+    EXPECT_EQ(document.at("succeeded").get<bool>(), result.status == 0);
+    ASSERT_TRUE(document.at("upgraders").is_array());
+    ASSERT_FALSE(document.at("upgraders").empty());
+    for (const Json& upgrader : document.at("upgraders")) {
+        std::vector<std::string> keys = Keys(upgrader);
         const std::vector<std::string> plain = {"class", "pass", "result", "failure", "duration_ms"};
-        const std::vector<std::string> failed = {"class",       "pass",  "result",     "failure",
-                                                 "failed_call", "error", "duration_ms"};
+        const std::vector<std::string> failed = {"class", "pass",   "result", "failure",    "failed_call",
+                                                 "error", "reason", "tags",   "duration_ms"};
         EXPECT_EQ(keys, keys.size() == failed.size() ? failed : plain);
-        EXPECT_EQ(upgrader["class"].type, Type::String);
-        EXPECT_GE(upgrader["pass"].number, 1);
-        EXPECT_LE(upgrader["pass"].number, document["passes"].number);
-        EXPECT_EQ(upgrader["result"].type, Type::Boolean);
-        EXPECT_GE(upgrader["duration_ms"].number, 0);
+        EXPECT_TRUE(upgrader.at("class").is_string());
+        EXPECT_GE(upgrader.at("pass").get<double>(), 1);
+        EXPECT_LE(upgrader.at("pass").get<double>(), document.at("passes").get<double>());
+        EXPECT_TRUE(upgrader.at("result").is_boolean());
+        EXPECT_GE(upgrader.at("duration_ms").get<double>(), 0);
     }
-    EXPECT_EQ(document["system_tables"].type, Type::Object);
+    EXPECT_TRUE(document.at("system_tables").is_object());
 }
 
 TEST_F(RunnerUpgrade, StatusJsonListsEveryClassWithItsAnswer) {
     std::string path = Sample();
     RunnerResult result = Run({"status", "--db", path, "--json"});
     ASSERT_EQ(result.status, 0) << result.err;
-    JsonValue document = ParseJson(result.out);
-    EXPECT_EQ(document.Keys(), (std::vector<std::string>{"target", "versions", "upgraders"}));
-    EXPECT_EQ(Versions(document["versions"]), (std::vector<int>{1100, 0, 0, 0}));
-    ASSERT_EQ(document["upgraders"].items.size(), 31u);
-    EXPECT_EQ(document["upgraders"].items[3]["class"].text, "KDVqUpgrader830");
-    EXPECT_TRUE(document["upgraders"].items[3]["enabled"].boolean);
+    Json document = ParseJson(result.out);
+    EXPECT_EQ(Keys(document),
+              (std::vector<std::string>{"target", "versions", "releases", "up_to_date", "upgraders"}));
+    EXPECT_EQ(Versions(document.at("versions")), (std::vector<int>{1100, 0, 0, 0}));
+    EXPECT_EQ(document.at("releases"),
+              Json({{"core", "before 8.3.0"}, {"session", "absent"}, {"workflow", "absent"}, {"mobile", "absent"}}));
+    EXPECT_FALSE(document.at("up_to_date").get<bool>());
+    EXPECT_FALSE(document.at("upgraders").at(3).at("always_runs").get<bool>());
+    ASSERT_EQ(document.at("upgraders").size(), 31u);
+    EXPECT_EQ(document.at("upgraders").at(3).at("class").get<std::string>(), "KDVqUpgrader830");
+    EXPECT_TRUE(document.at("upgraders").at(3).at("enabled").get<bool>());
     // Status reads; it never changes the repository.
     EXPECT_EQ(Rows(path, "SELECT VERSION FROM KD_VQ_DB_VERSION"), std::vector<std::string>{"1100"});
 }
@@ -108,14 +112,14 @@ TEST_F(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
     // A second run finds nothing to climb: only the final pass runs.
     RunnerResult second = Run({"upgrade", "--db", path, "--json"});
     ASSERT_EQ(second.status, 0) << second.err;
-    JsonValue document = ParseJson(second.out);
-    EXPECT_EQ(Versions(document["versions_after"]), (std::vector<int>{4866, 4866, 5645, 5129}));
+    Json document = ParseJson(second.out);
+    EXPECT_EQ(Versions(document.at("versions_after")), (std::vector<int>{4866, 4866, 5645, 5129}));
     std::vector<std::string> ran;
-    for (const JsonValue& upgrader : document["upgraders"].items) ran.push_back(upgrader["class"].text);
+    for (const Json& upgrader : document.at("upgraders")) ran.push_back(upgrader.at("class").get<std::string>());
     EXPECT_EQ(ran, (std::vector<std::string>{"KDHideVqTables", "KDHideSMTables", "KDHideWFMTables",
                                              "KDHideMobileTables", "KDCreateTableIndices"}));
-    EXPECT_EQ(document["system_tables"].Keys(), (std::vector<std::string>{"core", "session", "workflow", "mobile"}));
-    EXPECT_EQ(document["system_tables"]["mobile"].items.size(), 4u);
+    EXPECT_EQ(Keys(document.at("system_tables")), (std::vector<std::string>{"core", "session", "workflow", "mobile"}));
+    EXPECT_EQ(document.at("system_tables").at("mobile").size(), 4u);
 }
 
 }  // namespace

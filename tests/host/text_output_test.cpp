@@ -1,5 +1,5 @@
 // What the runner shows and writes: console step lines, log entries, the
-// JSON writer and the presentation of a run.
+// presentation of a run.
 #include <functional>
 #include <string>
 #include <vector>
@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include "host/console.h"
-#include "host/json_writer.h"
 #include "host/log_sink.h"
 #include "host/run_presenter.h"
 #include "tests/host/memory_stream.h"
@@ -78,7 +77,74 @@ INSTANTIATE_TEST_SUITE_P(
                         c.Interrupt();
                         c.Interrupt();
                     },
-                    "  Updating table X ...\r  Updating table X\x1b[K\n"}),
+                    "  Updating table X ...\r  Updating table X\x1b[K\n"},
+        // The live status line: always the last line, erased before
+        // anything else is written and drawn again after it.
+        ConsoleCase{"LiveLineRedrawnInPlaceAndAfterALine", true,
+                    [](Console& c) {
+                        c.SetStatus("[A 1.0 s]");
+                        c.SetStatus("[A 1.2 s]");
+                        c.Line("x");
+                    },
+                    "[A 1.0 s]\r\x1b[K[A 1.2 s]\r\x1b[Kx\n[A 1.2 s]"},
+        ConsoleCase{"OpenStepIsPartOfTheLiveLine", true,
+                    [](Console& c) {
+                        c.SetStatus("[S]");
+                        c.StepStarting("Updating");
+                        c.StepFinished("Done.");
+                    },
+                    "[S]\r\x1b[K  Updating ... [S]\r\x1b[K  Updating ... Done.\n[S]"},
+        ConsoleCase{"NoticeUnderTheLiveLineEndsAsAPlainLine", true,
+                    [](Console& c) {
+                        c.SetStatus("[S]");
+                        c.StepStarting("Role A");
+                        c.StepStarting("Role B");
+                    },
+                    "[S]\r\x1b[K  Role A ... [S]\r\x1b[K  Role A\n  Role B ... [S]"},
+        ConsoleCase{"StatusComesAndGoesOverAnOpenStep", true,
+                    [](Console& c) {
+                        c.StepStarting("Updating");
+                        c.SetStatus("[S]");
+                        c.SetStatus("");
+                    },
+                    "  Updating ...\r\x1b[K  Updating ... [S]\r\x1b[K  Updating ..."},
+        ConsoleCase{"LiveLineCutToTheWidthByCharacters", true,
+                    [](Console& c) { c.SetStatus(std::string(100, 'x') + "\xC3\xA9"); },
+                    std::string(79, 'x')},
+        ConsoleCase{"WideCharactersAreNotCutInHalf", true,
+                    [](Console& c) {
+                        std::string text;
+                        for (int i = 0; i < 90; ++i) text += "\xC3\xA9";
+                        c.SetStatus(text);
+                    },
+                    [] {
+                        std::string text;
+                        for (int i = 0; i < 79; ++i) text += "\xC3\xA9";
+                        return text;
+                    }()},
+        ConsoleCase{"CloseErasesTheLiveLineAndSilences", true,
+                    [](Console& c) {
+                        c.SetStatus("[S]");
+                        c.StepStarting("Updating");
+                        c.Close();
+                        c.Line("late");
+                        c.SetStatus("[T]");
+                    },
+                    "[S]\r\x1b[K  Updating ... [S]\r\x1b[K  Updating\n"},
+        ConsoleCase{"InterruptHidesTheLiveLineUntilTheNextWrite", true,
+                    [](Console& c) {
+                        c.SetStatus("[S]");
+                        c.Interrupt();
+                        c.SetStatus("[T]");
+                        c.Line("x");
+                    },
+                    "[S]\r\x1b[Kx\n[T]"},
+        ConsoleCase{"NoLiveLineWithoutATerminal", false,
+                    [](Console& c) {
+                        c.SetStatus("[S]");
+                        c.Line("x");
+                    },
+                    "x\n"}),
     [](const ::testing::TestParamInfo<ConsoleCase>& info) { return info.param.name; });
 
 // Failures and tolerated failures, with their indented lines, are in the
@@ -98,35 +164,10 @@ TEST(LogSinkFile, IsCreatedByTheFirstEntryAndCountsLevels) {
     sink.Write("a\r\nb", kLogFailure);
     sink.Write("c", kLogTolerated);
     sink.Write("d", kLogTolerated);
-    EXPECT_EQ(ReadWholeFile(path), "T ERROR a\n    b\nT WARNING c\nT WARNING d\n");
+    EXPECT_EQ(ReadWholeFile(path), "T ERROR a\n    b\nT TOLERATED c\nT TOLERATED d\n");
     EXPECT_EQ(sink.Count(kLogFailure), 1);
     EXPECT_EQ(sink.Count(kLogTolerated), 2);
     EXPECT_EQ(sink.Count(kLogInformation), 0);
-}
-
-TEST(JsonWriterDocument, IndentsNestsAndEscapes) {
-    JsonWriter json;
-    json.BeginObject();
-    json.Key("text").String("a \"quoted\"\r\n\ttab\\ \x01");
-    json.Key("empty").BeginArray().EndArray();
-    json.Key("list").StringArray({"x", "y"});
-    json.Key("inner").BeginObject().Key("n").Integer(-3).Key("d").Decimal(1.23456, 3).Key("b").Boolean(false);
-    json.EndObject();
-    json.EndObject();
-    EXPECT_EQ(json.Text(),
-              "{\n"
-              "  \"text\": \"a \\\"quoted\\\"\\r\\n\\ttab\\\\ \\u0001\",\n"
-              "  \"empty\": [],\n"
-              "  \"list\": [\n"
-              "    \"x\",\n"
-              "    \"y\"\n"
-              "  ],\n"
-              "  \"inner\": {\n"
-              "    \"n\": -3,\n"
-              "    \"d\": 1.235,\n"
-              "    \"b\": false\n"
-              "  }\n"
-              "}\n");
 }
 
 UpgraderOutcome Outcome(const std::string& name, bool result, bool failure, const std::string& call = "",

@@ -15,7 +15,7 @@
 #include "host/fault_injection.h"
 #include "host/repository_versions.h"
 #include "host/upgrader_releases.h"
-#include "tests/host/json_reader.h"
+#include "tests/host/json_document.h"
 #include "tests/reliability/fault_trace.h"
 #include "tests/reliability/repository_snapshot.h"
 #include "tests/reliability/workbench.h"
@@ -78,16 +78,16 @@ Reference* FaultPoints::reference_ = nullptr;
 
 // The message the runner ends a run with failures with, built from the
 // upgraders that the run's document counts as failed.
-std::string ExpectedFailureMessage(const JsonValue& document, const std::string& logPath) {
+std::string ExpectedFailureMessage(const Json& document, const std::string& logPath) {
     std::string which;
-    for (const JsonValue& upgrader : document["upgraders"].items) {
-        if (!upgrader["failure"].boolean) continue;
-        which += (which.empty() ? "" : ", ") + upgrader["class"].text +
-                 (upgrader.Keys().size() == 5 ? " answered False" : " failed in " + upgrader["failed_call"].text);
+    for (const Json& upgrader : document.at("upgraders")) {
+        if (!upgrader.at("failure").get<bool>()) continue;
+        which += (which.empty() ? "" : ", ") + upgrader.at("class").get<std::string>() +
+                 (upgrader.contains("failed_call") ? " failed in " + upgrader.at("failed_call").get<std::string>()
+                                                   : " answered False");
     }
-    std::vector<std::string> keys = document.Keys();
-    if (std::find(keys.begin(), keys.end(), "interruption") != keys.end()) {
-        which += (which.empty() ? "" : "; ") + document["interruption"].text;
+    if (document.contains("interruption")) {
+        which += (which.empty() ? "" : "; ") + document.at("interruption").get<std::string>();
     }
     return "kdvq-upgrade: the upgrade is incomplete: " + which + ".\nThe log " + logPath +
            " holds the details. Correct the cause and run the upgrade again; upgraders that succeeded are not "
@@ -107,14 +107,15 @@ std::string FailureMessage(const std::string& err) {
 // each part is at least at the number of its upgraders that succeeded and
 // below the number of those that failed. The upgraders for which that does
 // not hold.
-std::set<std::string> VersionsNotEarned(const JsonValue& document) {
+std::set<std::string> VersionsNotEarned(const Json& document) {
     std::set<std::string> wrong;
-    const JsonValue& after = document["versions_after"];
-    for (const JsonValue& upgrader : document["upgraders"].items) {
-        std::optional<UpgraderRelease> own = ReleaseOfUpgrader(upgrader["class"].text);
+    const Json& after = document.at("versions_after");
+    for (const Json& upgrader : document.at("upgraders")) {
+        std::string name = upgrader.at("class").get<std::string>();
+        std::optional<UpgraderRelease> own = ReleaseOfUpgrader(name);
         if (!own) continue;
-        int version = static_cast<int>(after[kRepositoryParts[own->part].name].number);
-        if (upgrader["result"].boolean != (version >= own->version)) wrong.insert(upgrader["class"].text);
+        int version = after.at(kRepositoryParts[own->part].name).get<int>();
+        if (upgrader.at("result").get<bool>() != (version >= own->version)) wrong.insert(name);
     }
     return wrong;
 }
@@ -156,8 +157,8 @@ TEST_P(FaultPoints, EachFailedCallIsReportedAndRepairedByTheNextRun) {
         EXPECT_EQ(failed != nullptr, n <= total);
 
         ASSERT_TRUE(faulted.status == 0 || faulted.status == 1) << faulted.err;
-        JsonValue document = ParseJson(faulted.out);
-        EXPECT_EQ(document["exit_status"].number, faulted.status);
+        Json document = ParseJson(faulted.out);
+        EXPECT_EQ(document.at("exit_status").get<int>(), faulted.status);
         if (faulted.status == 1) {
             EXPECT_EQ(FailureMessage(faulted.err), ExpectedFailureMessage(document, path + ".log"));
         }

@@ -232,7 +232,9 @@ TEST(RefusedInputStatus, ShowsTheVersionsThatAreNewerThanKnown) {
     EXPECT_EQ(result.status, 0) << result.err;
     std::vector<std::string> lines = Lines(result.out);
     ASSERT_GE(lines.size(), 3u);
-    EXPECT_EQ(lines[1], "Versions: core 9000, session 4866, workflow 5085, mobile 5129");
+    EXPECT_EQ(lines[1],
+              "Versions: core 9000 (newer than 9.3 rev2), session 4866 (9.3 rev2), workflow 5085 (9.3 rev2), "
+              "mobile 5129 (9.3 rev2)");
     EXPECT_EQ(lines[2], "Newer than this kdvq-upgrade knows: core 9000 above 4866; upgrade refuses it");
 }
 
