@@ -67,6 +67,8 @@ std::string UpgradeJson(const std::string& target, const RepositoryVersions& bef
     // Present only when the run stopped early for a reason outside the upgraders.
     if (!run.interruption.empty()) json["interruption"] = run.interruption;
     json["succeeded"] = run.Succeeded();
+    // The repository was up to date: the run changed nothing.
+    json["up_to_date"] = run.upToDate;
     json["exit_status"] = exitStatus;
     return Text(json);
 }

@@ -58,10 +58,11 @@ std::string StatusText(const std::string& target, const RepositoryVersions& vers
         for (const EnabledAnswer& answer : summary.failed) text += "  " + answer.className + ": " + answer.error + "\n";
     }
     if (!summary.alwaysRun.empty()) {
-        text += "Run on every upgrade, after the others (table indices, system-table marking):\n  " +
+        text += "Run after the others (table indices, system-table marking):\n  " +
                 NameList(summary.alwaysRun) + "\n";
         if (summary.UpToDate()) {
-            text += "  on an up-to-date repository only with upgrade --refresh\n";
+            text +=
+                "  on an up-to-date repository only when they would change something, or with upgrade --refresh\n";
         }
     }
     return text;

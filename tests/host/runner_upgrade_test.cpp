@@ -53,7 +53,7 @@ TEST_F(RunnerUpgrade, JsonDocumentHasVersionsAndOneEntryPerUpgraderThatRan) {
     Json document = ParseJson(result.out);
 
     EXPECT_EQ(Keys(document), (std::vector<std::string>{"target", "versions_before", "versions_after", "upgraders",
-                                                         "system_tables", "passes", "succeeded", "exit_status"}));
+                                                         "system_tables", "passes", "succeeded", "up_to_date", "exit_status"}));
     EXPECT_EQ(document.at("target").get<std::string>(), path);
     EXPECT_EQ(Versions(document.at("versions_before")), (std::vector<int>{4866, 0, 0, 0}));
     Versions(document.at("versions_after"));
@@ -109,11 +109,19 @@ TEST_F(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
     EXPECT_EQ(Rows(path, "SELECT CONFIG_VALUE FROM KD_VQ_CONFIG WHERE CONFIG_NAME='WMSDefaultParentVersion'"),
               std::vector<std::string>{"'9.3.1'"});
 
-    // A second run finds nothing to climb: only the final pass runs.
+    // A second run finds nothing to do and changes nothing; --refresh runs
+    // the final pass all the same.
     RunnerResult second = Run({"upgrade", "--db", path, "--json"});
     ASSERT_EQ(second.status, 0) << second.err;
     Json document = ParseJson(second.out);
     EXPECT_EQ(Versions(document.at("versions_after")), (std::vector<int>{4866, 4866, 5645, 5129}));
+    EXPECT_TRUE(document.at("up_to_date").get<bool>());
+    EXPECT_TRUE(document.at("upgraders").empty());
+
+    RunnerResult refreshed = Run({"upgrade", "--db", path, "--json", "--refresh"});
+    ASSERT_EQ(refreshed.status, 0) << refreshed.err;
+    document = ParseJson(refreshed.out);
+    EXPECT_FALSE(document.at("up_to_date").get<bool>());
     std::vector<std::string> ran;
     for (const Json& upgrader : document.at("upgraders")) ran.push_back(upgrader.at("class").get<std::string>());
     EXPECT_EQ(ran, (std::vector<std::string>{"KDHideVqTables", "KDHideSMTables", "KDHideWFMTables",

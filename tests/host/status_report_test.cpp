@@ -61,15 +61,15 @@ INSTANTIATE_TEST_SUITE_P(
         StatusCase{"UpToDate",
                    {{"KDVqUpgrader93rev2", false, ""}, kAlwaysRun[0], kAlwaysRun[1]},
                    "Up to date: no upgrader moves a version of this repository.\n"
-                   "Run on every upgrade, after the others (table indices, system-table marking):\n"
+                   "Run after the others (table indices, system-table marking):\n"
                    "  KDHideVqTables, KDCreateTableIndices\n"
-                   "  on an up-to-date repository only with upgrade --refresh\n"},
+                   "  on an up-to-date repository only when they would change something, or with upgrade --refresh\n"},
         StatusCase{"Pending",
                    {{"KDVqUpgrader830", true, ""}, {"KDUpgradeSM830", true, ""}, kAlwaysRun[0]},
                    "Pending: 2 upgraders apply now (more may follow as the versions rise):\n"
                    "  KDVqUpgrader830: core to 1206 (8.3.0)\n"
                    "  KDUpgradeSM830: session to 1206 (8.3.0)\n"
-                   "Run on every upgrade, after the others (table indices, system-table marking):\n"
+                   "Run after the others (table indices, system-table marking):\n"
                    "  KDHideVqTables\n"},
         StatusCase{"OnePending",
                    {{"KDUpgradeMobile832", true, ""}},
