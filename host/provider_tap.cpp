@@ -12,6 +12,9 @@ public:
     const std::vector<std::string>& Columns() const override { return inner_->Columns(); }
     bool Fetch(std::vector<automation::Variant>& row, ado::RowKey& key) override { return inner_->Fetch(row, key); }
     void Restart() override { inner_->Restart(); }
+    // Without it every recordset opened through the tap would read all its
+    // rows at once.
+    bool RereadsCheaply() const override { return inner_->RereadsCheaply(); }
     const std::string& BaseTable() const override { return inner_->BaseTable(); }
 
     ado::RowKey InsertRow(const std::vector<int>& columns, const std::vector<automation::Variant>& values) override {
