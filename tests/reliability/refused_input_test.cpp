@@ -2,6 +2,7 @@
 // that names the offending value and says what to do, the repository file
 // byte for byte as it was, and no file made in its folder (no log, no
 // journal, no database made by a driver).
+#include <sqlite3.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -9,15 +10,20 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/host/json_document.h"
 #include "tests/reliability/workbench.h"
 
 namespace kdhost::testing {
 namespace {
+
+// Something held while the runner runs (a lock), released after.
+using Hold = std::shared_ptr<void>;
 
 struct RefusedCase {
     std::string name;
@@ -27,6 +33,9 @@ struct RefusedCase {
     std::string err;                                  // the whole output
     std::string command = "upgrade";
     std::map<std::string, std::string> environment = {};
+    std::function<Hold(const std::string&)> hold = nullptr;  // given the sample's path
+    // File permissions only stop an ordinary user: as root, run as one.
+    bool asOrdinaryUser = false;
 };
 
 void PrintTo(const RefusedCase& value, std::ostream* out) { *out << value.name; }
@@ -62,6 +71,22 @@ void Overwrite(const std::string& path, long offset, int count, int byte) {
 
 std::string FolderOf(const std::string& path) { return std::filesystem::path(path).parent_path().string(); }
 
+// A new file in place of the sample.
+void ReplaceWithDatabase(const std::string& path, const std::string& sql) {
+    std::filesystem::remove(path);
+    ExecSqlite(path, sql);
+}
+
+void ChangeMode(const std::string& path, mode_t mode) { ASSERT_EQ(::chmod(path.c_str(), mode), 0); }
+
+// Locks the file the way another program using the database does.
+Hold LockByAnotherProgram(const std::string& path) {
+    sqlite3* db = nullptr;
+    sqlite3_open(path.c_str(), &db);
+    EXPECT_EQ(sqlite3_exec(db, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    return Hold(db, [](void* p) { sqlite3_close(static_cast<sqlite3*>(p)); });
+}
+
 const char kQuoteBreaks[] = ", which would break the upgraders' SQL statements; ";
 const char kNoIdentifier[] = "kdvq-upgrade: PATH: the repository has no identifier yet, and ";
 const char kGiveIdentifier[] = " for one; give it with --database-id ID (or run on a terminal to be asked)\n";
@@ -76,6 +101,33 @@ const char kOdbcFileMissing[] =
 
 const std::vector<RefusedCase>& Cases() {
     static const std::vector<RefusedCase> cases = {
+        // What the path names.
+        {"MissingFile", "8.2", nullptr, {"--db", "FOLDER/missing.db"}, "kdvq-upgrade: FOLDER/missing.db: no such file\n"},
+        {"Folder", "8.2", nullptr, {"--db", "FOLDER"}, "kdvq-upgrade: FOLDER: is a folder, not a repository file\n"},
+        {"TextFile", "8.2", [](const std::string& path) { WriteWholeFile(path, "name,phone\nAmy,555-0142\n"); },
+         {"--db", "PATH"}, "kdvq-upgrade: PATH: not a SQLite database\n"},
+        {"OtherSqliteDatabase", "8.2", [](const std::string& path) { ReplaceWithDatabase(path, "CREATE TABLE CUSTOMER (ID INT);"); },
+         {"--db", "PATH"}, "kdvq-upgrade: PATH: not a repository (it has no table KD_VQ_NODE_TYPE)\n", "status"},
+        {"NoVersionTable", "8.2", [](const std::string& path) { ReplaceWithDatabase(path, "CREATE TABLE KD_VQ_NODE_TYPE (N TEXT);"); },
+         {"--db", "PATH"}, "kdvq-upgrade: PATH: not a repository (it has no table KD_VQ_DB_VERSION)\n"},
+        {"SampleOverExistingFile", "8.2", nullptr, {"--release", "8.2", "--db", "PATH"},
+         "kdvq-upgrade: PATH: already exists; a sample is never written over a file\n", "sample"},
+        {"LockedByAnotherProgram", "8.2", nullptr, {"--db", "PATH"},
+         "kdvq-upgrade: PATH: the database is locked by another program; try again when it has finished\n", "upgrade",
+         {}, LockByAnotherProgram},
+        {"Unreadable", "8.2", [](const std::string& path) { ChangeMode(path, 0000); }, {"--db", "PATH"},
+         "kdvq-upgrade: PATH: cannot be read (permission denied)\n", "upgrade", {}, nullptr, true},
+        {"Unwritable", "8.2", [](const std::string& path) { ChangeMode(path, 0444); }, {"--db", "PATH"},
+         "kdvq-upgrade: PATH: cannot be written (permission denied)\n", "upgrade", {}, nullptr, true},
+        {"FolderUnwritable", "8.2",
+         [](const std::string& path) {
+             ChangeMode(path, 0666);
+             ChangeMode(FolderOf(path), 0555);
+         },
+         {"--db", "PATH"},
+         "kdvq-upgrade: PATH: its folder cannot be written, and the database keeps its journal there\n", "upgrade",
+         {}, nullptr, true},
+
         // The text the upgraders write into their statements.
         {"DatabaseIdThatIsAStatement", "8.2", nullptr,
          {"--db", "PATH", "--database-id", "X'; DELETE FROM KD_VQ_USER; --"},
@@ -184,6 +236,8 @@ TEST_P(RefusedInput, ExitsWithTwoAndLeavesTheFolderAsItWas) {
     const RefusedCase& c = GetParam();
     Workbench bench;
     std::string path = bench.Sample(c.release, "repository.db");
+    const bool ordinaryUser = c.asOrdinaryUser && MustDropPrivilegesForPermissionTests();
+    if (ordinaryUser) ChangeMode(bench.Folder(), 0755);
     if (c.spoil) c.spoil(path);
     std::string bytes = ReadWholeFile(path);
     std::vector<std::string> contents = FolderContents(bench.Folder());
@@ -192,7 +246,10 @@ TEST_P(RefusedInput, ExitsWithTwoAndLeavesTheFolderAsItWas) {
     for (const std::string& arg : c.args) args.push_back(Expand(arg, path, bench.Folder()));
     std::map<std::string, std::string> environment;
     for (const auto& [name, value] : c.environment) environment[name] = Expand(value, path, bench.Folder());
-    RunnerResult result = bench.Run(args, environment);
+    Hold hold = c.hold ? c.hold(path) : nullptr;
+    RunnerResult result = bench.Run(args, environment, ordinaryUser);
+    hold.reset();
+    ChangeMode(bench.Folder(), 0700);
 
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.err, Expand(c.err, path, bench.Folder()));
@@ -236,6 +293,39 @@ TEST(RefusedInputStatus, ShowsTheVersionsThatAreNewerThanKnown) {
               "Versions: core 9000 (newer than 9.3 rev2), session 4866 (9.3 rev2), workflow 5085 (9.3 rev2), "
               "mobile 5129 (9.3 rev2)");
     EXPECT_EQ(lines[2], "Newer than this kdvq-upgrade knows: core 9000 above 4866; upgrade refuses it");
+}
+
+// Command lines that name no work to do. The parser's own messages are its
+// business (empty here); the runner's are compared. With --json the refusal
+// is a document too, so that a script reading the output learns why.
+TEST(RefusedCommandLine, ExitsWithTwoAndSaysWhy) {
+    const struct {
+        std::vector<std::string> args;
+        std::string err;
+    } cases[] = {
+        {{}, ""},
+        {{"downgrade"}, ""},
+        {{"sample", "--release", "7.0", "--db", "/tmp/never-made.db"}, ""},
+        {{"upgrade", "--db", "/tmp/never-made.db", "--setting", "VersionName"},
+         "kdvq-upgrade: a setting is KEY/VALUENAME=VALUE, not \"VersionName\"\n"},
+        {{"upgrade", "--db", "odbc:"}, "kdvq-upgrade: odbc: needs an ODBC connection string after it\n"},
+        {{"upgrade", "--json"}, ""},
+        {{"status", "--json", "--db", "/tmp/never-made.db"}, "kdvq-upgrade: /tmp/never-made.db: no such file\n"},
+    };
+    for (const auto& c : cases) {
+        Workbench bench;
+        RunnerResult result = bench.Run(c.args);
+        SCOPED_TRACE(result.err);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(c.err.empty() ? "" : result.err, c.err);
+        EXPECT_NE(result.err, "");
+        if (std::find(c.args.begin(), c.args.end(), "--json") == c.args.end()) continue;
+        Json document = ParseJson(result.out);
+        EXPECT_EQ(Keys(document), (std::vector<std::string>{"refused", "exit_status"}));
+        EXPECT_EQ(document.at("exit_status"), 2);
+        const std::string reason = "kdvq-upgrade: " + document.at("refused").get<std::string>() + "\n";
+        EXPECT_EQ(c.err.empty() ? "" : reason, c.err);
+    }
 }
 
 }  // namespace

@@ -31,9 +31,9 @@ Workbench::~Workbench() {
 }
 
 RunnerResult Workbench::Run(const std::vector<std::string>& args,
-                            const std::map<std::string, std::string>& environment) {
+                            const std::map<std::string, std::string>& environment, bool asUnprivilegedUser) {
     for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
-    RunnerResult result = RunRunner(args, {folder_, false});
+    RunnerResult result = RunRunner(args, {folder_, asUnprivilegedUser});
     for (const auto& entry : environment) ::unsetenv(entry.first.c_str());
     return result;
 }

@@ -22,7 +22,8 @@ public:
     std::string File(const std::string& name) const { return folder_ + "/" + name; }
     const std::string& Folder() const { return folder_; }
 
-    RunnerResult Run(const std::vector<std::string>& args, const std::map<std::string, std::string>& environment = {});
+    RunnerResult Run(const std::vector<std::string>& args, const std::map<std::string, std::string>& environment = {},
+                     bool asUnprivilegedUser = false);
     // A new sample of the release in the folder; the file's path.
     std::string Sample(const std::string& release, const std::string& name);
 
