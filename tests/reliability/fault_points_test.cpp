@@ -43,26 +43,11 @@ std::string Names(const std::set<std::string>& names) {
     return text.empty() ? "-" : text;
 }
 
-struct Reference {
-    std::string start;                 // the starting repository (kept closed)
-    Snapshot before;                   // its contents
-    Snapshot after;                    // after an upgrade without failure
-    std::vector<TracedCall> calls;     // the calls of that upgrade
-};
-
 class FaultPoints : public ::testing::TestWithParam<int> {
 protected:
     static void SetUpTestSuite() {
         bench_ = new Workbench();
-        reference_ = new Reference();
-        reference_->start = bench_->Sample("8.2", "start.db");
-        reference_->before = TakeSnapshot(reference_->start);
-        std::string path = bench_->File("reference.db");
-        CopyDatabase(reference_->start, path);
-        RunnerResult run = bench_->Run(UpgradeArgs(path), {{kFaultTraceVariable, bench_->File("reference.trace")}});
-        ASSERT_EQ(run.status, 0) << run.err;
-        reference_->after = TakeSnapshot(path);
-        reference_->calls = ReadTrace(bench_->File("reference.trace"));
+        reference_ = new TracedReference(MakeTracedReference(*bench_));
     }
     static void TearDownTestSuite() {
         delete reference_;
@@ -70,11 +55,11 @@ protected:
     }
 
     static Workbench* bench_;
-    static Reference* reference_;
+    static TracedReference* reference_;
 };
 
 Workbench* FaultPoints::bench_ = nullptr;
-Reference* FaultPoints::reference_ = nullptr;
+TracedReference* FaultPoints::reference_ = nullptr;
 
 // The message the runner ends a run with failures with, built from the
 // upgraders that the run's document counts as failed.

@@ -21,24 +21,11 @@
 namespace kdhost::testing {
 namespace {
 
-struct Reference {
-    std::string start;              // the starting repository (kept closed)
-    Snapshot after;                 // after an uninterrupted upgrade
-    std::vector<TracedCall> calls;  // the calls of that upgrade
-};
-
 class StoppedRun : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
         bench_ = new Workbench();
-        reference_ = new Reference();
-        reference_->start = bench_->Sample("8.2", "start.db");
-        std::string path = bench_->File("reference.db");
-        CopyDatabase(reference_->start, path);
-        RunnerResult run = bench_->Run(UpgradeArgs(path), {{kFaultTraceVariable, bench_->File("reference.trace")}});
-        ASSERT_EQ(run.status, 0) << run.err;
-        reference_->after = TakeSnapshot(path);
-        reference_->calls = ReadTrace(bench_->File("reference.trace"));
+        reference_ = new TracedReference(MakeTracedReference(*bench_));
     }
     static void TearDownTestSuite() {
         delete reference_;
@@ -63,11 +50,11 @@ protected:
     }
 
     static Workbench* bench_;
-    static Reference* reference_;
+    static TracedReference* reference_;
 };
 
 Workbench* StoppedRun::bench_ = nullptr;
-Reference* StoppedRun::reference_ = nullptr;
+TracedReference* StoppedRun::reference_ = nullptr;
 
 class KilledRun : public StoppedRun, public ::testing::WithParamInterface<int> {};
 

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include "host/fault_injection.h"
+
 namespace kdhost::testing {
 
 namespace {
@@ -44,6 +46,19 @@ std::string Workbench::Sample(const std::string& release, const std::string& nam
     EXPECT_EQ(made.status, 0) << made.err;
     EXPECT_EQ(made.out, "Created a sample repository of release " + release + " in " + path + "\n");
     return path;
+}
+
+TracedReference MakeTracedReference(Workbench& bench) {
+    TracedReference reference;
+    reference.start = bench.Sample("8.2", "start.db");
+    reference.before = TakeSnapshot(reference.start);
+    std::string path = bench.File("reference.db");
+    CopyDatabase(reference.start, path);
+    RunnerResult run = bench.Run(UpgradeArgs(path), {{kFaultTraceVariable, bench.File("reference.trace")}});
+    EXPECT_EQ(run.status, 0) << run.err;
+    reference.after = TakeSnapshot(path);
+    reference.calls = ReadTrace(bench.File("reference.trace"));
+    return reference;
 }
 
 int PointStride() {

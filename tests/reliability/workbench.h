@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "tests/host/runner_process.h"
+#include "tests/reliability/fault_trace.h"
+#include "tests/reliability/repository_snapshot.h"
 
 namespace kdhost::testing {
 
@@ -30,6 +32,16 @@ public:
 private:
     std::string folder_;
 };
+
+// What runs that fail or stop at a chosen call are compared with: an 8.2
+// sample upgraded without interruption, its calls traced.
+struct TracedReference {
+    std::string start;              // the starting repository (kept closed)
+    Snapshot before;                // its contents
+    Snapshot after;                 // after the uninterrupted upgrade
+    std::vector<TracedCall> calls;  // the calls of that upgrade
+};
+TracedReference MakeTracedReference(Workbench& bench);
 
 // Loops over every point of a run are split into this many shards, which
 // ctest may run side by side.
