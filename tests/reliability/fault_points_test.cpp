@@ -43,23 +43,7 @@ std::string Names(const std::set<std::string>& names) {
     return text.empty() ? "-" : text;
 }
 
-class FaultPoints : public ::testing::TestWithParam<int> {
-protected:
-    static void SetUpTestSuite() {
-        bench_ = new Workbench();
-        reference_ = new TracedReference(MakeTracedReference(*bench_));
-    }
-    static void TearDownTestSuite() {
-        delete reference_;
-        delete bench_;
-    }
-
-    static Workbench* bench_;
-    static TracedReference* reference_;
-};
-
-Workbench* FaultPoints::bench_ = nullptr;
-TracedReference* FaultPoints::reference_ = nullptr;
+class FaultPoints : public WithTracedReference<::testing::TestWithParam<int>> {};
 
 // The message the runner ends a run with failures with, built from the
 // upgraders that the run's document counts as failed.

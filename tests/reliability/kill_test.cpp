@@ -21,17 +21,8 @@
 namespace kdhost::testing {
 namespace {
 
-class StoppedRun : public ::testing::Test {
+class StoppedRun : public WithTracedReference<::testing::Test> {
 protected:
-    static void SetUpTestSuite() {
-        bench_ = new Workbench();
-        reference_ = new TracedReference(MakeTracedReference(*bench_));
-    }
-    static void TearDownTestSuite() {
-        delete reference_;
-        delete bench_;
-    }
-
     // Stops a run of a fresh copy before call n with the signal; the exit
     // status and the standard error stream.
     RunnerResult StopAt(const std::string& path, long n, int signal) {
@@ -48,13 +39,7 @@ protected:
         EXPECT_EQ(again.status, 0) << again.err;
         return Differences(TakeSnapshot(path), reference_->after);
     }
-
-    static Workbench* bench_;
-    static TracedReference* reference_;
 };
-
-Workbench* StoppedRun::bench_ = nullptr;
-TracedReference* StoppedRun::reference_ = nullptr;
 
 class KilledRun : public StoppedRun, public ::testing::WithParamInterface<int> {};
 

@@ -43,6 +43,23 @@ struct TracedReference {
 };
 TracedReference MakeTracedReference(Workbench& bench);
 
+// A suite whose tests share one workbench and the traced reference made in
+// it (Base: the gtest fixture class it derives from).
+template <class Base>
+class WithTracedReference : public Base {
+protected:
+    static void SetUpTestSuite() {
+        bench_ = new Workbench();
+        reference_ = new TracedReference(MakeTracedReference(*bench_));
+    }
+    static void TearDownTestSuite() {
+        delete reference_;
+        delete bench_;
+    }
+    static inline Workbench* bench_ = nullptr;
+    static inline TracedReference* reference_ = nullptr;
+};
+
 // Loops over every point of a run are split into this many shards, which
 // ctest may run side by side.
 constexpr int kPointShards = 4;
