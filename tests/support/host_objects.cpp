@@ -15,8 +15,8 @@ namespace {
 std::mutex logMutex;
 std::shared_ptr<Transcript> logTranscript;
 bool refuseNextReport = false;
-// The resource strings and the category service outlive a TestHost (the
-// library keeps the former for the thread), so the hook is global too.
+// One hook for all the host's services: the library keeps the resource
+// strings for the thread, beyond any one TestHost.
 std::function<bool()> serviceFails;
 
 bool ServiceFails() { return serviceFails && serviceFails(); }
