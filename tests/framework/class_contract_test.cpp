@@ -1,8 +1,10 @@
-// What all 31 classes share, one row a class: Name and Description, and
-// the class name their error tags carry (the routines' own tags are in the
-// transcripts of the situations that reach them).
+// What all 31 classes share, one row a class: Name and Description, the
+// class name their error tags carry, and the chain of tags a failure
+// carries from wherever it can start.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
 #include <type_traits>
 
 #include "core/kd_create_table_indices.h"
@@ -11,6 +13,7 @@
 #include "platform/automation/basic_error.h"
 #include "platform/automation/collection.h"
 #include "tests/support/host_objects.h"
+#include "tests/support/transcript_file.h"
 #include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {
@@ -122,22 +125,115 @@ TEST(EveryClass, EnabledRefusesAnObjectThatIsNoConnection) {
     }
 }
 
-// Execute without a connection fails under the class's Execute tag; the
-// marking classes' Execute cannot fail.
-TEST(EveryClass, ExecuteFailureCarriesTheClassTag) {
-    for (const ClassRow& row : kClasses) {
-        SCOPED_TRACE(row.name);
-        TestHost host;
-        std::string raised;
-        try {
-            CallExecute(Creator(row.name)().Get(), host.Callback().Get());
-        } catch (const automation::BasicError& e) {
-            raised = e.Description();
-        }
-        const bool marks = std::string(row.name).rfind("KDHide", 0) == 0;
-        EXPECT_EQ(raised.substr(0, raised.find("\r\n")),
-                  marks ? "" : std::string(row.tagName) + "::IKDVqDatabaseUpgrader_Execute");
+// ---- Error tags ----
+// The chain of the report refused at position `from` of the transcript:
+// its first line (the reporting handler's tag) and those of the reports
+// that passed it on, each holding the one before (the first the refusal),
+// outermost handler first: "A > B > C".
+std::string TagChain(const Lines& transcript, size_t from) {
+    std::string chain;
+    std::string passedOn;  // what the next report holds when it continues the chain
+    for (const std::string& line : From(transcript, std::min(from, transcript.size()))) {
+        if (line.rfind("LOG ", 0) != 0) continue;
+        const std::string message = line.substr(line.find("\\r\\n") + 4);
+        const size_t tagEnd = message.find("\\r\\n");
+        if (!chain.empty() && message.find(passedOn, tagEnd) == std::string::npos) break;
+        passedOn = chain.empty() ? kRefusedReport : message;
+        chain = message.substr(0, tagEnd) + (chain.empty() ? "" : " > " + chain);
     }
+    return chain;
+}
+
+// How the scripted repository answers every query: one row whose columns
+// are all those the routines read, no rows, or no such table.
+enum class World { OneRow, NoRows, NoTables };
+
+ado::ScriptedAnswer Answer(World world, const std::string& kind) {
+    static const std::vector<std::string> kColumns = {
+        "VERSION",  "NAME",    "ID",          "NODE_TYPE_ID",   "EXTENSION_ID", "USER_NAME", "USER_ID", "TRANSITION_ID",
+        "STATE_ID", "ROLE_ID", "DATABASE_ID", "SEQUENCE_VALUE", "INCR",         "PACKET_ID", "NODE_ID", "IMPORT_STATE"};
+    ado::ScriptedAnswer answer{{}, "", {kColumns, {}}};
+    if (world == World::OneRow) {
+        // A node type that belongs to an extension, an extension not yet
+        // assigned, and 1 for the rest: the data migrations then look up
+        // and write.
+        std::vector<Variant> row;
+        for (const std::string& c : kColumns)
+            row.push_back(c == "NAME" ? Variant("Session") : c == "EXTENSION_ID" ? Variant::Null() : Variant(1));
+        answer.rows.rows.push_back(row);
+    }
+    if (world == World::NoTables && kind == "OPEN") answer.nativeErrors = {942};
+    return answer;
+}
+
+// One way to drive a class: Name, Description or CategoriesToReg alone, or
+// Enabled and then Execute (whatever Enabled did, so that every routine is
+// reached) on a dialect in a world.
+struct Drive {
+    std::string what;
+    std::function<void(UpgraderBase&, TestHost&, ado::Connection*)> run;
+};
+
+std::vector<Drive> Drives() {
+    std::vector<Drive> drives = {
+        {"Name", [](UpgraderBase& u, TestHost&, ado::Connection*) { std::string s; u.Name(&s); }},
+        {"Description", [](UpgraderBase& u, TestHost&, ado::Connection*) { std::string s; u.Description(&s); }},
+        {"CategoriesToReg", [](UpgraderBase& u, TestHost&, ado::Connection*) { Variant v; u.CategoriesToReg(&v); }},
+    };
+    for (const Dialect& d : kDialects) {
+        drives.push_back({d.Name(), [](UpgraderBase& u, TestHost& host, ado::Connection* cn) {
+                              VARIANT_BOOL answer = 0;
+                              int32_t version = 9999;
+                              u.Enabled(host.Login(cn).Get(), &version, &answer);
+                              u.Execute(host.Callback().Get(), &answer);
+                          }});
+    }
+    return drives;
+}
+
+// Drives the class with call number failAt (counting statements, queries
+// and requests to the host's services) failing and the report that follows
+// refused, so that the failure climbs through every handler above it, even
+// those that log and go on. Adds the chain that reaches the log; answers
+// the number of calls.
+int DriveFailingAt(const ClassRow& row, const Drive& drive, World world, int failAt, std::set<std::string>& chains) {
+    TestHost host;
+    host.SetRegistryValue("VersionName", "8.3");  // a base version to seed
+    int calls = 0;
+    size_t failedAt = SIZE_MAX;
+    auto fails = [&] {
+        if (++calls != failAt) return false;
+        failedAt = host.Log().Lines().size();
+        RefuseNextReport();
+        return true;
+    };
+    SetHostServiceFailure(fails);
+    ado::ScriptedProvider* p = nullptr;
+    auto cn = host.ScriptedConnection(drive.what == "Oracle" ? kOracle : kSqlServer, &p);
+    p->SetHandler([&](const std::string& kind, const std::string&) {
+        ado::ScriptedAnswer answer = Answer(world, kind);
+        if (fails()) answer.nativeErrors = {1};
+        return std::optional(answer);
+    });
+    drive.run(*Creator(row.name)(), host, cn.Get());
+    const std::string chain = TagChain(host.Log().Lines(), failedAt);
+    if (!chain.empty()) chains.insert(std::string(row.name) + " " + drive.what + ": " + chain);
+    return calls;
+}
+
+// Each class failing, in turn, each call it makes in each way it can be
+// driven: the distinct chains of tags that reach the log.
+TEST(EveryClass, ErrorTagChains) {
+    std::set<std::string> chains;
+    for (const ClassRow& row : kClasses) {
+        for (const Drive& drive : Drives()) {
+            for (World world : {World::OneRow, World::NoRows, World::NoTables}) {
+                const int calls = DriveFailingAt(row, drive, world, 0, chains);
+                for (int at = 1; at <= calls; ++at) DriveFailingAt(row, drive, world, at, chains);
+            }
+        }
+    }
+    ExpectTranscript("error tag chains", Lines(chains.begin(), chains.end()));
 }
 
 }  // namespace

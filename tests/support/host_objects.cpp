@@ -1,8 +1,11 @@
 #include "tests/support/host_objects.h"
 
 #include <cstdio>
+#include <functional>
 #include <mutex>
+#include <utility>
 
+#include "platform/automation/basic_error.h"
 #include "platform/com/error_info.h"
 
 namespace kdvq::testing {
@@ -11,6 +14,12 @@ namespace {
 
 std::mutex logMutex;
 std::shared_ptr<Transcript> logTranscript;
+bool refuseNextReport = false;
+// One hook for all the host's services: the library keeps the resource
+// strings for the thread, beyond any one TestHost.
+std::function<bool()> serviceFails;
+
+bool ServiceFails() { return serviceFails && serviceFails(); }
 
 template <class T, class... Args>
 com::HRESULT CreateAs(com::REFIID iid, void** out, Args&&... args) {
@@ -22,7 +31,8 @@ public:
     HRESULT Log(const std::string& text, int32_t level) override {
         std::lock_guard<std::mutex> lock(logMutex);
         if (logTranscript) logTranscript->Add("LOG " + std::to_string(level) + " " + ShowControlCharacters(text));
-        return com::S_OK;
+        if (!std::exchange(refuseNextReport, false)) return com::S_OK;
+        return com::Guard([] { throw automation::BasicError(1, "TestHost", kRefusedReport); });
     }
 };
 
@@ -30,6 +40,7 @@ class ResourceStrings : public com::Object<ResourceStrings, IKDResourceStrings> 
 public:
     HRESULT Initialize(const std::string&) override { return com::S_OK; }
     HRESULT GetString(int32_t id, const VariantArray& values, std::string* text) override {
+        if (ServiceFails()) return com::E_FAIL;
         return com::Guard([&] { *text = ResourceText(id, values); });
     }
 };
@@ -37,6 +48,7 @@ public:
 class CategoryService : public com::Object<CategoryService, IKDCategoryService> {
 public:
     HRESULT GetCategory(int32_t code, std::string* categoryId) override {
+        if (ServiceFails()) return com::E_FAIL;
         if (code != kUpgraderCategoryCode) return com::E_INVALIDARG;
         *categoryId = kUpgraderCategoryText;
         return com::S_OK;
@@ -64,6 +76,7 @@ public:
     RegistryComponent(std::shared_ptr<Transcript> transcript, std::shared_ptr<std::map<std::string, std::string>> values)
         : transcript_(std::move(transcript)), values_(std::move(values)) {}
     HRESULT OpenKey(int32_t hive, int32_t mode, const std::string& keyName) override {
+        if (ServiceFails()) return com::E_FAIL;
         char hiveText[16];
         std::snprintf(hiveText, sizeof hiveText, "0x%08X", static_cast<uint32_t>(hive));
         transcript_->Add("REGISTRY OPEN " + std::string(hiveText) + " " + std::to_string(mode) + " " + keyName);
@@ -72,6 +85,7 @@ public:
     HRESULT Operation2() override { return com::E_NOTIMPL; }
     HRESULT ReadValue(const std::string& valueName, int32_t varType, const Variant& defaultValue,
                       Variant* value) override {
+        if (ServiceFails()) return com::E_FAIL;
         transcript_->Add("REGISTRY READ " + valueName + " " + std::to_string(varType) + " " + defaultValue.Describe());
         auto found = values_->find(valueName);
         *value = found == values_->end() ? defaultValue : Variant(found->second);
@@ -119,10 +133,12 @@ public:
     HRESULT Operation1() override { return com::E_NOTIMPL; }
     HRESULT Operation2() override { return com::E_NOTIMPL; }
     HRESULT StepFinished(const std::string& text) override {
+        if (ServiceFails()) return com::E_FAIL;
         transcript_->Add("DONE " + text);
         return com::S_OK;
     }
     HRESULT StepStarting(const std::string& text) override {
+        if (ServiceFails()) return com::E_FAIL;
         transcript_->Add("START " + text);
         return com::S_OK;
     }
@@ -136,7 +152,16 @@ private:
 void SetLogTranscript(std::shared_ptr<Transcript> transcript) {
     std::lock_guard<std::mutex> lock(logMutex);
     logTranscript = std::move(transcript);
+    refuseNextReport = false;
+    serviceFails = nullptr;
 }
+
+void RefuseNextReport() {
+    std::lock_guard<std::mutex> lock(logMutex);
+    refuseNextReport = true;
+}
+
+void SetHostServiceFailure(std::function<bool()> fails) { serviceFails = std::move(fails); }
 
 com::HRESULT CreateLogger(com::REFIID iid, void** out) { return CreateAs<Logger>(iid, out); }
 com::HRESULT CreateResourceStrings(com::REFIID iid, void** out) { return CreateAs<ResourceStrings>(iid, out); }

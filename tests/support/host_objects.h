@@ -1,6 +1,7 @@
 #pragma once
 // The host objects of the test host, each recording what the library asked
 // of it into a transcript.
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -14,7 +15,19 @@ namespace kdvq::testing {
 // The transcript the logger writes into. The library keeps its logger for
 // the life of the thread, so the logger does not belong to one TestHost:
 // it writes into whichever host is current.
+// Setting it also ends the failures below.
 void SetLogTranscript(std::shared_ptr<Transcript> transcript);
+
+// The logger records its next report and then refuses it: the library's
+// error routine checks the answer, so the failure leaves the handler that
+// reported, even one that would log and go on, and climbs to the next.
+// The refusal's description.
+void RefuseNextReport();
+inline const std::string kRefusedReport = "The log refused the report";
+// Asked before every request to the resource strings, the category
+// service, the registry component and the progress callback: answering true
+// makes the request fail.
+void SetHostServiceFailure(std::function<bool()> fails);
 
 // The category identifier the category service answers for code 122.
 inline const std::string kUpgraderCategoryText = "{9ADDD0F3-2471-4EC4-B342-85DB55EAAA60}";
