@@ -92,6 +92,22 @@ TEST(UpgraderSkeleton, FailureReachesTheHostWithItsChainOfTags) {
                    "UpgradeOracle\\r\\nOperation is not allowed when the object is closed."}));
 }
 
+TEST(UpgraderSkeleton, ExecuteWithoutEnabledFails) {
+    testing::TestHost host;
+    auto upgrader = SampleUpgrader::New();
+    try {
+        CallExecute(upgrader.Get(), host.Callback().Get());
+        FAIL() << "not raised";
+    } catch (const automation::BasicError& e) {
+        EXPECT_EQ(e.Number(), 91);
+        EXPECT_EQ(e.Description(),
+                  "KDSampleUpgrade::IKDVqDatabaseUpgrader_Execute\r\nObject variable or With block variable not set");
+    }
+    EXPECT_EQ(host.Log().Lines(),
+              std::vector<std::string>({"LOG 1 kdVqUpgraders:\\r\\nKDSampleUpgrade::IKDVqDatabaseUpgrader_Execute\\r\\n"
+                                        "Object variable or With block variable not set"}));
+}
+
 TEST(UpgraderSkeleton, CategoriesToRegNamesTheUpgraderCategoryOnce) {
     testing::TestHost host;
     auto registration = SampleUpgrader::New().As<IKDRegInCat>(IID_IKDRegInCat);
