@@ -1,7 +1,7 @@
 // The data-access contract every provider keeps, run against each backend
-// (contract_*_backend.cpp): navigation, Find, Filter, rows written through
-// to the base table, transactions, the Errors of a failing statement and
-// the Provider text.
+// (contract_backends.cpp): navigation, Find and Filter scripts, rows and
+// pending edits written through to the base table, transactions, the
+// Errors of a failing statement and the Provider text.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -38,12 +38,6 @@ protected:
         return table;
     }
 
-    // The four-column table most cases read.
-    std::string MakeSampleTable() {
-        return MakeTable("T", "ID INT PRIMARY KEY, NAME VARCHAR(20), AMOUNT FLOAT, NOTE VARCHAR(20)",
-                         {"1, 'a', 1.5, NULL", "2, 'b', 2.5, 'x'", "3, 'c', 3.5, 'y'"});
-    }
-
     // What another connection reads from the table.
     Rows SeenByOther(const std::string& table) {
         return kdvq::testing::QueryRows(other_.Get(), "SELECT * FROM " + table + " ORDER BY ID");
@@ -52,97 +46,105 @@ protected:
     com::ComPtr<ado::Connection> other_;
 };
 
-// The rows from the current one to the end, each as QueryRows writes it.
-Rows ReadToEnd(ado::Recordset& rs) {
-    Rows rows;
-    for (; !rs.EOF(); rs.MoveNext()) {
+// A step of a navigation script and what it answers: the current ID (or
+// BOF / EOF / EMPTY), a count, a flag, a value or the whole row.
+std::string Apply(ado::Recordset& rs, const std::string& step) {
+    std::vector<std::string> p;
+    for (size_t from = 0, bar = 0; bar != std::string::npos; from = bar + 1) {
+        bar = step.find('|', from);
+        p.push_back(step.substr(from, bar == std::string::npos ? bar : bar - from));
+    }
+    const std::string& verb = p[0];
+    if (verb == "first") rs.MoveFirst();
+    else if (verb == "next") rs.MoveNext();
+    else if (verb == "prev") rs.MovePrevious();
+    else if (verb == "last") rs.MoveLast();
+    else if (verb == "count") return std::to_string(rs.RecordCount());
+    else if (verb == "bof") return rs.BOF() ? "True" : "False";
+    else if (verb == "eof") return rs.EOF() ? "True" : "False";
+    else if (verb == "get") return rs.Get(p[1]).Describe();
+    else if (verb == "filter") rs.SetFilter(p.size() > 1 ? p[1] : "");
+    else if (verb == "find")
+        rs.Find(p[1], p.size() > 2 ? std::stoi(p[2]) : 0, p.size() > 3 ? std::stoi(p[3]) : ado::adSearchForward,
+                p.size() > 4 ? Variant(std::stoi(p[4])) : Variant());
+    else if (verb == "row") {
         std::string row;
         for (int32_t i = 0; i < rs.FieldCount(); ++i) row += (i ? "|" : "") + rs.Fields(i).Value().Describe();
-        rows.push_back(row);
-    }
-    return rows;
+        return row;
+    } else return "unknown step " + verb;
+    if (rs.BOF() && rs.EOF()) return "EMPTY";
+    return rs.BOF() ? "BOF" : rs.EOF() ? "EOF" : rs.Get("ID").Describe();
 }
 
-TEST_P(Contract, ProviderTextNamesTheServer) { EXPECT_EQ(connection_->Provider(), backend_->ProviderText()); }
+enum Cursor { kStream, kStatic, kClient };
 
-struct NavigationCase {
-    const char* situation;
-    int32_t location, cursorType, lockType;
+struct Script {
+    const char* name;
+    Cursor cursor;
     const char* where;
-    Rows rows;
-    int32_t recordCount;
+    std::vector<std::string> steps;
+    const char* answers;  // E<number>: the error a step raised
 };
 
-TEST_P(Contract, NavigatesEachKindOfCursor) {
-    const std::string table = MakeSampleTable();
-    const Rows all = {"1|'a'|1.5|Null", "2|'b'|2.5|'x'", "3|'c'|3.5|'y'"};
-    const std::vector<NavigationCase> cases = {
-        {"server forward-only streams", ado::adUseServer, ado::adOpenForwardOnly, ado::adLockReadOnly, "", all, -1},
-        {"server static reads all", ado::adUseServer, ado::adOpenStatic, ado::adLockReadOnly, "", all, 3},
-        {"client keyset reads all", ado::adUseClient, ado::adOpenKeyset, ado::adLockOptimistic, "", all, 3},
-        {"empty stream", ado::adUseServer, ado::adOpenForwardOnly, ado::adLockReadOnly, " WHERE ID > 9", {}, -1},
-        {"empty client recordset", ado::adUseClient, ado::adOpenKeyset, ado::adLockOptimistic, " WHERE ID > 9", {}, 0},
+TEST_P(Contract, AnswersNavigationScripts) {
+    const std::string table = MakeTable("N", "ID INT PRIMARY KEY, NAME VARCHAR(20), AMOUNT FLOAT, NOTE VARCHAR(20)",
+                                        {"1, 'a', 1.5, NULL", "2, 'b', NULL, 'x'", "3, 'O''Hara', 2.5, 'y'",
+                                         "4, 'B', 3, 'z'"});
+    const char* none = " WHERE ID > 9";
+    const std::vector<Script> scripts = {
+        {"client forward past the end", kClient, "", {"bof", "row", "next", "next", "next", "next", "next"},
+         "False 1|'a'|1.5|Null 2 3 4 EOF E3021"},
+        {"client backward past the start", kClient, "", {"last", "prev", "prev", "prev", "prev", "prev"},
+         "4 3 2 1 BOF E3021"},
+        {"client first after the end", kClient, "", {"last", "next", "first", "count"}, "4 EOF 1 4"},
+        {"client empty", kClient, none, {"bof", "eof", "count", "first", "last", "next"},
+         "True True 0 E3021 E3021 E3021"},
+        {"server static", kStatic, "", {"count", "row", "next", "next", "next", "next"}, "4 1|'a'|1.5|Null 2 3 4 EOF"},
+        {"stream forward", kStream, "", {"count", "row", "next", "next", "next", "next", "next"},
+         "-1 1|'a'|1.5|Null 2 3 4 EOF E3021"},
+        {"stream first on the first row stays", kStream, "", {"first", "next"}, "1 2"},
+        {"stream first later runs again", kStream, "", {"next", "next", "first", "next"}, "2 3 1 2"},
+        {"stream first after the end runs again", kStream, "", {"next", "next", "next", "next", "first"},
+         "2 3 4 EOF 1"},
+        {"stream cannot go back", kStream, "", {"prev", "last", "filter|ID=1"}, "E3251 E3251 E3251"},
+        {"stream empty", kStream, none, {"bof", "eof", "count", "first", "next"}, "True True -1 E3021 E3021"},
+        {"field names ignore case", kClient, "", {"get|NOPE", "get|name"}, "E3265 'a'"},
+        {"find includes the current row", kClient, "", {"find|ID=1", "find|ID=3"}, "1 3"},
+        {"find text ignores case", kClient, "", {"find|NAME='b'", "find|NAME='b'|1", "find|NAME='o''hara'|0|-1"},
+         "2 4 3"},
+        {"find skips Null", kClient, "", {"find|AMOUNT>2|1"}, "3"},
+        {"find no match forward is EOF", kClient, "", {"find|ID=9", "find|ID=1"}, "EOF EOF"},
+        {"find backward", kClient, "", {"last", "find|NAME='b'|0|-1", "find|NAME='b'|1|-1"}, "4 4 2"},
+        {"find no match backward is BOF", kClient, "", {"last", "find|NOTE='q'|0|-1"}, "4 BOF"},
+        {"find from the first bookmark", kClient, "", {"last", "find|ID>1|0|1|1"}, "4 2"},
+        {"find from the last bookmark", kClient, "", {"find|ID<4|0|-1|2"}, "3"},
+        {"find refuses", kClient, "", {"find|NOPE=1", "find|ID=1 AND AMOUNT=2", "find|ID=1|0|5"},
+         "E3265 E3001 E3001"},
+        {"stream find onwards", kStream, "", {"find|NAME='b'", "find|NAME='b'|1", "find|ID=1"}, "2 4 EOF"},
+        {"stream find backward refused", kStream, "", {"find|ID=1|0|-1"}, "E3251"},
+        {"filter equal", kClient, "", {"filter|NAME='b'", "count", "next", "next"}, "2 2 4 EOF"},
+        {"filter and", kClient, "", {"filter|ID>1 AND ID<4", "count", "last"}, "2 2 3"},
+        {"filter or", kClient, "", {"filter|ID=1 OR ID=4", "count", "last", "prev"}, "1 2 4 1"},
+        {"filter nothing", kClient, "", {"filter|ID=9", "count", "bof", "eof", "first"}, "EMPTY 0 True True E3021"},
+        {"filter cleared", kClient, "", {"filter|ID=4", "filter|", "count"}, "4 1 4"},
+        {"filter then find", kClient, "", {"filter|NAME='b'", "find|ID=4", "first", "find|ID=3"}, "2 4 2 EOF"},
+        {"filter unknown column", kClient, "", {"filter|NOPE=1"}, "E3265"},
     };
-    for (const NavigationCase& c : cases) {
-        SCOPED_TRACE(c.situation);
+    for (const Script& s : scripts) {
+        SCOPED_TRACE(s.name);
         com::ComPtr<ado::Recordset> rs = ado::NewRecordset();
-        rs->SetCursorLocation(c.location);
-        rs->Open("SELECT ID, NAME, AMOUNT, NOTE FROM " + table + c.where + " ORDER BY ID", connection_.Get(),
-                 c.cursorType, c.lockType);
-        EXPECT_EQ(rs->RecordCount(), c.recordCount);
-        EXPECT_EQ(rs->BOF(), c.rows.empty());
-        EXPECT_EQ(ReadToEnd(*rs), c.rows);
-        EXPECT_TRUE(rs->EOF());
-        if (!c.rows.empty()) {
-            rs->MoveFirst();  // a stream runs its query again
-            EXPECT_EQ(ReadToEnd(*rs), c.rows);
+        rs->SetCursorLocation(s.cursor == kClient ? ado::adUseClient : ado::adUseServer);
+        rs->Open("SELECT * FROM " + table + s.where + " ORDER BY ID", connection_.Get(),
+                 s.cursor == kStream ? ado::adOpenForwardOnly : s.cursor == kStatic ? ado::adOpenStatic : ado::adOpenKeyset,
+                 s.cursor == kClient ? ado::adLockOptimistic : ado::adLockReadOnly);
+        std::string answers;
+        for (const std::string& step : s.steps) {
+            std::string answer;
+            const int32_t error = ado_test::ErrorOf([&] { answer = Apply(*rs, step); });
+            answers += (answers.empty() ? "" : " ") + (error ? "E" + std::to_string(error) : answer);
         }
+        EXPECT_EQ(answers, s.answers);
         rs->Close();
-    }
-}
-
-struct FindCase {
-    const char* criteria;
-    int32_t skip;
-    int32_t direction;
-    bool fromLast;
-    const char* found;  // the found row's ID, or "EOF"/"BOF"
-};
-
-TEST_P(Contract, FindsRowsByCriteria) {
-    com::ComPtr<ado::Recordset> rs =
-        ado_test::OpenEditable(connection_.Get(), "SELECT * FROM " + MakeSampleTable() + " ORDER BY ID");
-    const std::vector<FindCase> cases = {
-        {"NAME = 'b'", 0, ado::adSearchForward, false, "2"},
-        {"AMOUNT > 2", 1, ado::adSearchForward, false, "2"},
-        {"ID < 3", 0, ado::adSearchBackward, true, "2"},
-        {"NOTE = 'q'", 0, ado::adSearchBackward, true, "BOF"},
-    };
-    for (const FindCase& c : cases) {
-        SCOPED_TRACE(c.criteria);
-        if (c.fromLast)
-            rs->MoveLast();
-        else
-            rs->MoveFirst();
-        rs->Find(c.criteria, c.skip, c.direction);
-        std::string found = rs->EOF() ? "EOF" : rs->BOF() ? "BOF" : rs->Get("ID").CStr();
-        EXPECT_EQ(found, c.found);
-    }
-}
-
-TEST_P(Contract, FiltersRows) {
-    com::ComPtr<ado::Recordset> rs =
-        ado_test::OpenEditable(connection_.Get(), "SELECT ID FROM " + MakeSampleTable() + " ORDER BY ID");
-    const std::vector<std::pair<std::string, Rows>> cases = {
-        {"ID >= 2", {"2", "3"}},
-        {"ID = 1 OR ID = 3", {"1", "3"}},
-        {"", {"1", "2", "3"}},
-    };
-    for (const auto& [filter, rows] : cases) {
-        SCOPED_TRACE(filter);
-        rs->SetFilter(filter);
-        EXPECT_EQ(rs->RecordCount(), static_cast<int32_t>(rows.size()));
-        EXPECT_EQ(ReadToEnd(*rs), rows);
     }
 }
 
@@ -201,6 +203,48 @@ TEST_P(Contract, WritesRowsThroughToTheTable) {
              rs.Update();
          },
          {"1|'q'|'n'", "2|'a'|'x'"}},
+        {"Save writes a pending edit", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID",
+         [](ado::Recordset& rs) {
+             rs.Set("name", "z");
+             rs.Save();
+         },
+         {"1|'z'", "2|'b'"}},
+        {"moving writes a pending edit", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID",
+         [](ado::Recordset& rs) {
+             rs.Set("NAME", "z");
+             rs.MoveNext();
+         },
+         {"1|'z'", "2|'b'"}},
+        {"Find writes a pending edit", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID",
+         [](ado::Recordset& rs) {
+             rs.Set("NAME", "z");
+             rs.Find("ID=2");
+         },
+         {"1|'z'", "2|'b'"}},
+        {"a cancelled edit is not written", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID",
+         [](ado::Recordset& rs) {
+             rs.Set("NAME", "z");
+             rs.CancelUpdate();
+             rs.MoveNext();
+         },
+         {"1|'a'", "2|'b'"}},
+        {"each row's key edited in a loop", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID",
+         [](ado::Recordset& rs) {
+             for (int32_t n = 10; !rs.EOF(); ++n, rs.MoveNext()) {
+                 rs.Set("ID", n);
+                 rs.Update();
+             }
+         },
+         {"10|'a'", "11|'b'"}},
+        {"a second AddNew writes the first", keyed, {"1, 'a'"}, "SELECT ID, NAME FROM %T",
+         [](ado::Recordset& rs) {
+             rs.AddNew();
+             rs.Set("ID", 3);
+             rs.AddNew();
+             rs.Set("ID", 4);
+             rs.CancelUpdate();
+         },
+         {"1|'a'", "3|Null"}},
         {"added row, then edited", keyed, {"1, 'a'"}, "SELECT ID, NAME FROM %T", addThenEdit, {"1|'a'", "2|'c'"}},
         {"added row without key, then edited", keyless, {"1, 'a', NULL"}, "SELECT ID, NAME FROM %T", addThenEdit,
          {"1|'a'|Null", "2|'c'|Null"}},
