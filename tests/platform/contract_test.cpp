@@ -1,10 +1,11 @@
 // The data-access contract every provider keeps, run against each backend
-// (contract_backends.cpp): navigation, Find and Filter scripts, rows and
-// pending edits written through to the base table, transactions, the
-// Errors of a failing statement and the Provider text.
+// (contract_backends.cpp) as scripts of steps (ado_test::Script):
+// navigation, Find and Filter, rows and pending edits written through to
+// the base table, transactions, the Errors of a failing statement and the
+// Provider text.
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <regex>
 
 #include "tests/platform/ado_test_util.h"
 #include "tests/platform/contract_backend.h"
@@ -13,13 +14,21 @@
 namespace contract {
 namespace {
 
-using automation::Variant;
 using Rows = std::vector<std::string>;
+using Steps = std::vector<std::string>;
 
-std::string WithTable(std::string text, const std::string& table) {
-    for (size_t at = text.find("%T"); at != std::string::npos; at = text.find("%T", at + table.size()))
-        text.replace(at, 2, table);
+std::string Joined(const Rows& rows) {
+    std::string text;
+    for (const std::string& row : rows) text += (text.empty() ? "" : ",") + row;
     return text;
+}
+
+// Steps with %T standing for the table.
+Steps WithTable(Steps steps, const std::string& table) {
+    for (std::string& step : steps)
+        for (size_t at = step.find("%T"); at != std::string::npos; at = step.find("%T", at + table.size()))
+            step.replace(at, 2, table);
+    return steps;
 }
 
 class Contract : public BackendTest {
@@ -46,44 +55,16 @@ protected:
     com::ComPtr<ado::Connection> other_;
 };
 
-// A step of a navigation script and what it answers: the current ID (or
-// BOF / EOF / EMPTY), a count, a flag, a value or the whole row.
-std::string Apply(ado::Recordset& rs, const std::string& step) {
-    std::vector<std::string> p;
-    for (size_t from = 0, bar = 0; bar != std::string::npos; from = bar + 1) {
-        bar = step.find('|', from);
-        p.push_back(step.substr(from, bar == std::string::npos ? bar : bar - from));
-    }
-    const std::string& verb = p[0];
-    if (verb == "first") rs.MoveFirst();
-    else if (verb == "next") rs.MoveNext();
-    else if (verb == "prev") rs.MovePrevious();
-    else if (verb == "last") rs.MoveLast();
-    else if (verb == "count") return std::to_string(rs.RecordCount());
-    else if (verb == "bof") return rs.BOF() ? "True" : "False";
-    else if (verb == "eof") return rs.EOF() ? "True" : "False";
-    else if (verb == "get") return rs.Get(p[1]).Describe();
-    else if (verb == "filter") rs.SetFilter(p.size() > 1 ? p[1] : "");
-    else if (verb == "find")
-        rs.Find(p[1], p.size() > 2 ? std::stoi(p[2]) : 0, p.size() > 3 ? std::stoi(p[3]) : ado::adSearchForward,
-                p.size() > 4 ? Variant(std::stoi(p[4])) : Variant());
-    else if (verb == "row") {
-        std::string row;
-        for (int32_t i = 0; i < rs.FieldCount(); ++i) row += (i ? "|" : "") + rs.Fields(i).Value().Describe();
-        return row;
-    } else return "unknown step " + verb;
-    if (rs.BOF() && rs.EOF()) return "EMPTY";
-    return rs.BOF() ? "BOF" : rs.EOF() ? "EOF" : rs.Get("ID").Describe();
-}
+TEST_P(Contract, ProviderTextNamesTheServer) { EXPECT_EQ(connection_->Provider(), backend_->ProviderText()); }
 
 enum Cursor { kStream, kStatic, kClient };
 
-struct Script {
-    const char* name;
+struct NavigationCase {
+    const char* situation;
     Cursor cursor;
     const char* where;
-    std::vector<std::string> steps;
-    const char* answers;  // E<number>: the error a step raised
+    Steps steps;
+    const char* answers;
 };
 
 TEST_P(Contract, AnswersNavigationScripts) {
@@ -91,7 +72,7 @@ TEST_P(Contract, AnswersNavigationScripts) {
                                         {"1, 'a', 1.5, NULL", "2, 'b', NULL, 'x'", "3, 'O''Hara', 2.5, 'y'",
                                          "4, 'B', 3, 'z'"});
     const char* none = " WHERE ID > 9";
-    const std::vector<Script> scripts = {
+    const std::vector<NavigationCase> cases = {
         {"client forward past the end", kClient, "", {"bof", "row", "next", "next", "next", "next", "next"},
          "False 1|'a'|1.5|Null 2 3 4 EOF E3021"},
         {"client backward past the start", kClient, "", {"last", "prev", "prev", "prev", "prev", "prev"},
@@ -130,20 +111,16 @@ TEST_P(Contract, AnswersNavigationScripts) {
         {"filter then find", kClient, "", {"filter|NAME='b'", "find|ID=4", "first", "find|ID=3"}, "2 4 2 EOF"},
         {"filter unknown column", kClient, "", {"filter|NOPE=1"}, "E3265"},
     };
-    for (const Script& s : scripts) {
-        SCOPED_TRACE(s.name);
+    for (const NavigationCase& c : cases) {
+        SCOPED_TRACE(c.situation);
         com::ComPtr<ado::Recordset> rs = ado::NewRecordset();
-        rs->SetCursorLocation(s.cursor == kClient ? ado::adUseClient : ado::adUseServer);
-        rs->Open("SELECT * FROM " + table + s.where + " ORDER BY ID", connection_.Get(),
-                 s.cursor == kStream ? ado::adOpenForwardOnly : s.cursor == kStatic ? ado::adOpenStatic : ado::adOpenKeyset,
-                 s.cursor == kClient ? ado::adLockOptimistic : ado::adLockReadOnly);
-        std::string answers;
-        for (const std::string& step : s.steps) {
-            std::string answer;
-            const int32_t error = ado_test::ErrorOf([&] { answer = Apply(*rs, step); });
-            answers += (answers.empty() ? "" : " ") + (error ? "E" + std::to_string(error) : answer);
-        }
-        EXPECT_EQ(answers, s.answers);
+        rs->SetCursorLocation(c.cursor == kClient ? ado::adUseClient : ado::adUseServer);
+        const int32_t type = c.cursor == kStream   ? ado::adOpenForwardOnly
+                             : c.cursor == kStatic ? ado::adOpenStatic
+                                                   : ado::adOpenKeyset;
+        rs->Open("SELECT * FROM " + table + c.where + " ORDER BY ID", connection_.Get(), type,
+                 c.cursor == kClient ? ado::adLockOptimistic : ado::adLockReadOnly);
+        EXPECT_EQ(ado_test::Script(*connection_, rs).Run(c.steps), c.answers);
         rs->Close();
     }
 }
@@ -153,223 +130,100 @@ struct WriteCase {
     const char* columns;
     Rows seed;
     const char* query;  // %T: the table
-    std::function<void(ado::Recordset&)> edit;
+    Steps steps;        // on the recordset of the query
     Rows seen;          // by another connection afterwards
 };
 
 TEST_P(Contract, WritesRowsThroughToTheTable) {
     const char* keyed = "ID INT PRIMARY KEY, NAME VARCHAR(20)";
     const char* keyless = "ID INT, NAME VARCHAR(20), NOTE VARCHAR(20)";
-    const auto setName = [](ado::Recordset& rs) {
-        rs.MoveNext();
-        rs.Set("NAME", "z");
-        rs.Update();
-    };
-    const auto addThenEdit = [](ado::Recordset& rs) {
-        rs.AddNew();
-        rs.Set("ID", 2);
-        rs.Set("NAME", "b");
-        rs.Update();
-        rs.Set("NAME", "c");
-        rs.Update();
-    };
+    const Rows ab = {"1, 'a'", "2, 'b'"};
+    const char* ordered = "SELECT ID, NAME FROM %T ORDER BY ID";
+    const Steps addThenEdit = {"addnew", "set|ID|2", "set|NAME|'b'", "update", "set|NAME|'c'", "update"};
     const std::vector<WriteCase> cases = {
-        {"key among the columns", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID", setName,
-         {"1|'a'", "2|'z'"}},
-        {"key left out of the query", keyed, {"1, 'a'", "2, 'a'"}, "SELECT NAME FROM %T ORDER BY ID", setName,
-         {"1|'a'", "2|'z'"}},
-        {"key column changed, then another column", keyed, {"1, 'a'", "2, 'b'"}, "SELECT * FROM %T ORDER BY ID",
-         [](ado::Recordset& rs) {
-             rs.MoveNext();
-             rs.Set("ID", 5);
-             rs.Update();
-             rs.Set("NAME", "z");
-             rs.Update();
-         },
-         {"1|'a'", "5|'z'"}},
+        {"key among the columns", keyed, ab, ordered, {"next", "set|NAME|'z'", "update"}, {"1|'a'", "2|'z'"}},
+        {"key left out of the query", keyed, {"1, 'a'", "2, 'a'"}, "SELECT NAME FROM %T ORDER BY ID",
+         {"next", "set|NAME|'z'", "update"}, {"1|'a'", "2|'z'"}},
+        {"key column changed, then another column", keyed, ab, "SELECT * FROM %T ORDER BY ID",
+         {"next", "set|ID|5", "update", "set|NAME|'z'", "update"}, {"1|'a'", "5|'z'"}},
         {"no key: row found by its values, Null among them", keyless, {"1, 'a', NULL", "2, 'a', 'x'"},
-         "SELECT NAME, NOTE FROM %T ORDER BY ID",
-         [](ado::Recordset& rs) {
-             rs.Set("NOTE", "n");
-             rs.Update();
-         },
-         {"1|'a'|'n'", "2|'a'|'x'"}},
+         "SELECT NAME, NOTE FROM %T ORDER BY ID", {"set|NOTE|'n'", "update"}, {"1|'a'|'n'", "2|'a'|'x'"}},
         {"no key: the same row edited twice", keyless, {"1, 'a', NULL", "2, 'a', 'x'"},
-         "SELECT ID, NAME, NOTE FROM %T ORDER BY ID",
-         [](ado::Recordset& rs) {
-             rs.Set("NOTE", "n");
-             rs.Update();
-             rs.Set("NAME", "q");
-             rs.Update();
-         },
+         "SELECT ID, NAME, NOTE FROM %T ORDER BY ID", {"set|NOTE|'n'", "update", "set|NAME|'q'", "update"},
          {"1|'q'|'n'", "2|'a'|'x'"}},
-        {"Save writes a pending edit", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID",
-         [](ado::Recordset& rs) {
-             rs.Set("name", "z");
-             rs.Save();
-         },
-         {"1|'z'", "2|'b'"}},
-        {"moving writes a pending edit", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID",
-         [](ado::Recordset& rs) {
-             rs.Set("NAME", "z");
-             rs.MoveNext();
-         },
-         {"1|'z'", "2|'b'"}},
-        {"Find writes a pending edit", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID",
-         [](ado::Recordset& rs) {
-             rs.Set("NAME", "z");
-             rs.Find("ID=2");
-         },
-         {"1|'z'", "2|'b'"}},
-        {"a cancelled edit is not written", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID",
-         [](ado::Recordset& rs) {
-             rs.Set("NAME", "z");
-             rs.CancelUpdate();
-             rs.MoveNext();
-         },
+        {"Save writes a pending edit", keyed, ab, ordered, {"set|name|'z'", "save"}, {"1|'z'", "2|'b'"}},
+        {"moving writes a pending edit", keyed, ab, ordered, {"set|NAME|'z'", "next"}, {"1|'z'", "2|'b'"}},
+        {"Find writes a pending edit", keyed, ab, ordered, {"set|NAME|'z'", "find|ID=2"}, {"1|'z'", "2|'b'"}},
+        {"a cancelled edit is not written", keyed, ab, ordered, {"set|NAME|'z'", "cancel", "next"},
          {"1|'a'", "2|'b'"}},
-        {"each row's key edited in a loop", keyed, {"1, 'a'", "2, 'b'"}, "SELECT ID, NAME FROM %T ORDER BY ID",
-         [](ado::Recordset& rs) {
-             for (int32_t n = 10; !rs.EOF(); ++n, rs.MoveNext()) {
-                 rs.Set("ID", n);
-                 rs.Update();
-             }
-         },
-         {"10|'a'", "11|'b'"}},
+        {"each row's key edited in turn", keyed, ab, ordered,
+         {"set|ID|10", "update", "next", "set|ID|11", "update", "next"}, {"10|'a'", "11|'b'"}},
         {"a second AddNew writes the first", keyed, {"1, 'a'"}, "SELECT ID, NAME FROM %T",
-         [](ado::Recordset& rs) {
-             rs.AddNew();
-             rs.Set("ID", 3);
-             rs.AddNew();
-             rs.Set("ID", 4);
-             rs.CancelUpdate();
-         },
-         {"1|'a'", "3|Null"}},
+         {"addnew", "set|ID|3", "addnew", "set|ID|4", "cancel"}, {"1|'a'", "3|Null"}},
         {"added row, then edited", keyed, {"1, 'a'"}, "SELECT ID, NAME FROM %T", addThenEdit, {"1|'a'", "2|'c'"}},
         {"added row without key, then edited", keyless, {"1, 'a', NULL"}, "SELECT ID, NAME FROM %T", addThenEdit,
          {"1|'a'|Null", "2|'c'|Null"}},
         {"values of each kind", "ID INT PRIMARY KEY, NAME VARCHAR(20), AMOUNT FLOAT, NOTE VARCHAR(20)", {},
          "SELECT * FROM %T",
-         [](ado::Recordset& rs) {
-             rs.AddNew();
-             rs.Set("ID", Variant::Integer(7));
-             rs.Set("NAME", "Grüße €");
-             rs.Set("AMOUNT", 2.25);
-             rs.Set("NOTE", Variant::Null());
-             rs.Update();
-         },
+         {"addnew", "set|ID|7", "set|NAME|'Grüße €'", "set|AMOUNT|2.25", "set|NOTE|Null", "update"},
          {"7|'Grüße €'|2.25|Null"}},
     };
+    const std::regex raised("(^| )E-?[0-9]");
     int number = 0;
     for (const WriteCase& c : cases) {
         SCOPED_TRACE(c.situation);
         std::string table = MakeTable("W" + std::to_string(++number), c.columns, c.seed);
-        com::ComPtr<ado::Recordset> rs = ado_test::OpenEditable(connection_.Get(), WithTable(c.query, table));
-        c.edit(*rs);
+        ado_test::Script script(*connection_);
+        Steps steps = WithTable({std::string("open|") + c.query}, table);
+        steps.insert(steps.end(), c.steps.begin(), c.steps.end());
+        const std::string answers = script.Run(steps);
+        EXPECT_FALSE(std::regex_search(answers, raised)) << answers;
         EXPECT_EQ(SeenByOther(table), c.seen);
-        rs->Close();
+        script.Current().Close();
     }
 }
 
 struct TransactionCase {
     const char* situation;
-    // Runs on the connection; seen() is what the other connection reads.
-    std::function<void(ado::Connection&, const std::string& table, const std::function<Rows()>& seen)> steps;
+    Steps steps;  // on the connection; "seen" answers what another one reads
+    std::string answers;
     Rows seen;
 };
 
 TEST_P(Contract, TransactionsCommitAndRollBack) {
-    const auto insert = [](ado::Connection& c, const std::string& table, const char* values) {
-        c.Execute("INSERT INTO " + table + " VALUES (" + values + ")");
-    };
+    const std::string insert = "exec|INSERT INTO %T VALUES ";
+    const std::string failed = "E" + std::to_string(ado::adErrCommandFailed);
     const std::vector<TransactionCase> cases = {
-        {"commit keeps the work",
-         [&](ado::Connection& c, const std::string& t, const std::function<Rows()>& seen) {
-             c.BeginTrans();
-             insert(c, t, "2, 'b'");
-             EXPECT_EQ(seen(), Rows({"1|'a'"}));  // not before the commit
-             c.CommitTrans();
-         },
-         {"1|'a'", "2|'b'"}},
-        {"rollback discards statements",
-         [&](ado::Connection& c, const std::string& t, const std::function<Rows()>&) {
-             c.BeginTrans();
-             insert(c, t, "2, 'b'");
-             c.RollbackTrans();
-         },
-         {"1|'a'"}},
+        {"commit keeps the work", {"begin", insert + "(2, 'b')", "seen", "commit"}, "1 1|'a'", {"1|'a'", "2|'b'"}},
+        {"rollback discards statements", {"begin", insert + "(2, 'b')", "rollback"}, "1", {"1|'a'"}},
         {"rollback discards recordset writes",
-         [&](ado::Connection& c, const std::string& t, const std::function<Rows()>&) {
-             c.BeginTrans();
-             com::ComPtr<ado::Recordset> rs = ado_test::OpenEditable(&c, "SELECT ID, NAME FROM " + t);
-             rs->Set("NAME", "z");
-             rs->AddNew();
-             rs->Set("ID", 2);
-             rs->Update();
-             rs->Close();
-             c.RollbackTrans();
-         },
-         {"1|'a'"}},
+         {"begin", "open|SELECT ID, NAME FROM %T", "set|NAME|'z'", "addnew", "set|ID|2", "update", "close", "rollback"},
+         "1", {"1|'a'"}},
         {"a failed statement leaves the transaction going",
-         [&](ado::Connection& c, const std::string& t, const std::function<Rows()>&) {
-             c.BeginTrans();
-             insert(c, t, "2, 'b'");
-             EXPECT_NE(ado_test::ErrorOf([&] { insert(c, t, "1, 'dup'"); }), 0);
-             insert(c, t, "3, 'c'");
-             c.CommitTrans();
-         },
+         {"begin", insert + "(2, 'b')", insert + "(1, 'dup')", insert + "(3, 'c')", "commit"}, "1 " + failed,
          {"1|'a'", "2|'b'", "3|'c'"}},
-        {"statements commit on their own after a commit",
-         [&](ado::Connection& c, const std::string& t, const std::function<Rows()>&) {
-             c.BeginTrans();
-             c.CommitTrans();
-             insert(c, t, "2, 'b'");
-         },
+        {"statements commit on their own after a commit", {"begin", "commit", insert + "(2, 'b')"}, "1",
          {"1|'a'", "2|'b'"}},
-        {"statements commit on their own after a rollback",
-         [&](ado::Connection& c, const std::string& t, const std::function<Rows()>&) {
-             c.BeginTrans();
-             c.RollbackTrans();
-             insert(c, t, "2, 'b'");
-         },
+        {"statements commit on their own after a rollback", {"begin", "rollback", insert + "(2, 'b')"}, "1",
          {"1|'a'", "2|'b'"}},
         {"inside an outer transaction the caller's own work on a savepoint, and a failure takes back itself only",
-         [&](ado::Connection& c, const std::string& t, const std::function<Rows()>& seen) {
-             c.BeginOuterTransaction();
-             insert(c, t, "2, 'b'");
-             EXPECT_NE(ado_test::ErrorOf([&] { insert(c, t, "1, 'dup'"); }), 0);
-             EXPECT_EQ(c.BeginTrans(), 1);
-             insert(c, t, "3, 'c'");
-             c.RollbackTrans();
-             EXPECT_EQ(c.BeginTrans(), 1);
-             com::ComPtr<ado::Recordset> rs = ado_test::OpenEditable(&c, "SELECT ID, NAME FROM " + t);
-             rs->AddNew();
-             rs->Set("ID", 4);
-             rs->Update();
-             rs->Close();
-             c.CommitTrans();
-             EXPECT_FALSE(c.InTransaction());
-             EXPECT_EQ(seen(), Rows({"1|'a'"}));  // nothing before the outer commit
-             c.CommitOuterTransaction();
-         },
-         {"1|'a'", "2|'b'", "4|Null"}},
+         {"outer-begin", insert + "(2, 'b')", insert + "(1, 'dup')", "begin", insert + "(3, 'c')", "rollback", "begin",
+          "open|SELECT ID, NAME FROM %T", "addnew", "set|ID|4", "update", "close", "commit", "in-transaction", "seen",
+          "outer-commit"},
+         failed + " 1 1 False 1|'a'", {"1|'a'", "2|'b'", "4|Null"}},
         {"taking an outer transaction back takes the caller's commits with it",
-         [&](ado::Connection& c, const std::string& t, const std::function<Rows()>&) {
-             c.BeginOuterTransaction();
-             insert(c, t, "2, 'b'");
-             c.BeginTrans();
-             insert(c, t, "3, 'c'");
-             c.CommitTrans();
-             c.RollbackOuterTransaction();
-             insert(c, t, "5, 'e'");  // on its own again
-         },
-         {"1|'a'", "5|'e'"}},
+         {"outer-begin", insert + "(2, 'b')", "begin", insert + "(3, 'c')", "commit", "outer-rollback",
+          insert + "(5, 'e')"},
+         "1", {"1|'a'", "5|'e'"}},
     };
     int number = 0;
     for (const TransactionCase& c : cases) {
         SCOPED_TRACE(c.situation);
         std::string table = MakeTable("X" + std::to_string(++number), "ID INT PRIMARY KEY, NAME VARCHAR(20)", {"1, 'a'"});
-        c.steps(*connection_, table, [&] { return SeenByOther(table); });
+        ado_test::Script script(*connection_, {},
+                                {{"seen", [&] { return Joined(SeenByOther(table)); }},
+                                 {"in-transaction", [&] { return connection_->InTransaction() ? "True" : "False"; }}});
+        EXPECT_EQ(script.Run(WithTable(c.steps, table)), c.answers);
         EXPECT_FALSE(connection_->InTransaction());
         EXPECT_FALSE(connection_->InOuterTransaction());
         EXPECT_EQ(SeenByOther(table), c.seen);
