@@ -96,13 +96,6 @@ TEST(CollectionTest, OneBasedPositions) {
     }
 }
 
-TEST(CollectionTest, CollectionOfAVariant) {
-    auto c = Collection::Create();
-    EXPECT_EQ(CollectionOf(Variant(com::ComPtr<com::IUnknown>(c->Unknown()))).Get(), static_cast<ICollection*>(c.Get()));
-    EXPECT_FALSE(CollectionOf(Variant()));
-    EXPECT_FALSE(CollectionOf(Variant(com::ComPtr<com::IUnknown>(Dictionary::Create().Get()))));
-}
-
 TEST(BasicErrorTest, CurrentErrorOfEachKindOfException) {
     struct Case {
         const char* situation;

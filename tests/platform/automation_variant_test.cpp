@@ -71,27 +71,6 @@ TEST(VariantTest, ConversionsFollowBasicsRules) {
     }
 }
 
-TEST(VariantTest, DescribeGivesTheTranscriptForm) {
-    VariantArray array;
-    array.items = {Variant::Long(1), Variant("a"), Variant::Null()};
-    const std::vector<std::pair<Variant, std::string>> cases = {
-        {Variant(), "Empty"},
-        {Variant::Null(), "Null"},
-        {Variant::Integer(12), "12"},
-        {Variant(2.5), "2.5"},
-        {Variant("it's"), "'it's'"},
-        {Variant(""), "''"},
-        {Variant::Boolean(true), "True"},
-        {Variant::Boolean(false), "False"},
-        {Variant::Date(45351.25), "#45351.25#"},
-        {Variant(com::ComPtr<com::IUnknown>()), "Nothing"},
-        {Variant(com::ComPtr<com::IUnknown>(Collection::Create()->Unknown())), "<object>"},
-        {Variant(array), "[1, 'a', Null]"},
-        {Variant(VariantArray{}), "[]"},
-    };
-    for (const auto& [value, expected] : cases) EXPECT_EQ(value.Describe(), expected);
-}
-
 TEST(VariantTest, BasicEqualityAndExactEquality) {
     struct Case {
         const char* situation;
