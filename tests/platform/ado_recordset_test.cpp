@@ -45,13 +45,6 @@ protected:
     com::ComPtr<ado::Connection> connection_;
 };
 
-void Add(ado::Recordset& rs, int32_t id, const char* name) {
-    rs.AddNew();
-    rs.Set("ID", id);
-    rs.Set("NAME", name);
-    rs.Update();
-}
-
 // "ID|NAME" from MoveFirst to EOF.
 Rows Walk(ado::Recordset& rs) {
     Rows rows;
@@ -63,51 +56,41 @@ Rows Walk(ado::Recordset& rs) {
 struct DeferredCase {
     const char* situation;
     const char* query;
-    // What happens between opening and walking.
-    std::function<void(ado::Connection&, ado::Recordset&)> between;
+    std::vector<std::string> between;  // steps of ado_test::Script between opening and walking
     Rows walked;
 };
 
 TEST_F(Recordset, WalksTheRowsAsOpenedThenItsOwn) {
     const Rows opened = {"1|a", "2|b", "3|c"};
     const std::vector<DeferredCase> cases = {
-        {"own rows come after", kAll, [](ado::Connection&, ado::Recordset& rs) { Add(rs, 4, "d"); Add(rs, 5, "e"); },
+        {"own rows come after", kAll,
+         {"addnew", "set|ID|4", "set|NAME|'d'", "update", "addnew", "set|ID|5", "set|NAME|'e'", "update"},
          {"1|a", "2|b", "3|c", "4|d", "5|e"}},
-        {"a statement inserts after opening", kAll,
-         [](ado::Connection& c, ado::Recordset&) { c.Execute("INSERT INTO T VALUES (9, 'z')"); }, opened},
-        {"a statement changes an unread row", kAll,
-         [](ado::Connection& c, ado::Recordset&) { c.Execute("UPDATE T SET NAME = 'x' WHERE ID = 3"); }, opened},
+        {"a statement inserts after opening", kAll, {"exec|INSERT INTO T VALUES (9, 'z')"}, opened},
+        {"a statement changes an unread row", kAll, {"exec|UPDATE T SET NAME = 'x' WHERE ID = 3"}, opened},
         {"a statement deletes after own rows", kAll,
-         [](ado::Connection& c, ado::Recordset& rs) {
-             Add(rs, 4, "d");
-             c.Execute("DELETE FROM T WHERE ID = 2");
-         },
+         {"addnew", "set|ID|4", "set|NAME|'d'", "update", "exec|DELETE FROM T WHERE ID = 2"},
          {"1|a", "2|b", "3|c", "4|d"}},
-        {"another recordset adds", kAll,
-         [](ado::Connection& c, ado::Recordset&) { Add(*ado_test::OpenEditable(&c, kAll), 7, "g"); }, opened},
-        {"a transaction rolled back", kAll,
-         [](ado::Connection& c, ado::Recordset&) {
-             c.BeginTrans();
-             c.Execute("DELETE FROM T");
-             c.RollbackTrans();
-         },
-         opened},
-        {"first row changed out of the order", "SELECT ID, NAME FROM T ORDER BY NAME",
-         [](ado::Connection&, ado::Recordset& rs) { rs.Set("NAME", "zz"); rs.Update(); }, {"1|zz", "2|b", "3|c"}},
+        {"another recordset adds", kAll, {"open|SELECT ID, NAME FROM T", "addnew", "set|ID|7", "update"}, opened},
+        {"a transaction rolled back", kAll, {"begin", "exec|DELETE FROM T", "rollback"}, opened},
+        {"first row changed out of the order", "SELECT ID, NAME FROM T ORDER BY NAME", {"set|NAME|'zz'", "update"},
+         {"1|zz", "2|b", "3|c"}},
         {"first row changed out of the filter", "SELECT ID, NAME FROM T WHERE NAME < 'x'",
-         [](ado::Connection&, ado::Recordset& rs) { rs.Set("NAME", "zz"); rs.Update(); }, {"1|zz", "2|b", "3|c"}},
+         {"set|NAME|'zz'", "update"}, {"1|zz", "2|b", "3|c"}},
         {"read-only query, then an insert", "SELECT ID, NAME || '' AS NAME FROM T",
-         [](ado::Connection& c, ado::Recordset&) { c.Execute("INSERT INTO T VALUES (9, 'z')"); }, opened},
-        {"connection closed", kAll, [](ado::Connection& c, ado::Recordset&) { c.Close(); }, opened},
+         {"exec|INSERT INTO T VALUES (9, 'z')"}, opened},
+        {"connection closed", kAll, {"disconnect"}, opened},
         {"empty query, own rows", "SELECT ID, NAME FROM T WHERE ID > 100",
-         [](ado::Connection&, ado::Recordset& rs) { Add(rs, 101, "n"); }, {"101|n"}},
+         {"addnew", "set|ID|101", "set|NAME|'n'", "update"}, {"101|n"}},
     };
     int number = 0;
     for (const DeferredCase& c : cases) {
         SCOPED_TRACE(c.situation);
         Start("deferred" + std::to_string(++number) + ".db");
         com::ComPtr<ado::Recordset> rs = Open(c.query);
-        c.between(*connection_, *rs);
+        ado_test::Script script(*connection_, rs, {{"disconnect", [&] { connection_->Close(); return ""; }}});
+        const std::string answers = script.Run(c.between);
+        EXPECT_FALSE(ado_test::Raised(answers)) << answers;
         EXPECT_EQ(Walk(*rs), c.walked);
     }
 }
@@ -166,41 +149,35 @@ struct Misuse {
     const char* situation;
     const char* sql;
     bool stream;
-    std::function<void(ado::Recordset&)> steps;
-    int32_t error;
+    std::vector<std::string> steps;  // of ado_test::Script
+    const char* answers;
 };
 
 TEST_F(Recordset, MisuseRaisesItsError) {
     const std::vector<Misuse> cases = {
-        {"read at EOF", kAll, false, [](ado::Recordset& rs) { rs.MoveLast(); rs.MoveNext(); rs.Get("ID"); },
-         ado::adErrNoCurrentRecord},
-        {"write at EOF", kAll, false, [](ado::Recordset& rs) { rs.MoveLast(); rs.MoveNext(); rs.Set("ID", 1); },
-         ado::adErrNoCurrentRecord},
-        {"read at BOF", kAll, false, [](ado::Recordset& rs) { rs.MovePrevious(); rs.Get("ID"); },
-         ado::adErrNoCurrentRecord},
-        {"field index out of range", kAll, false, [](ado::Recordset& rs) { rs.Fields(2); }, ado::adErrItemNotFound},
-        {"write a read-only stream", kAll, true, [](ado::Recordset& rs) { rs.Set("ID", 1); },
-         ado::adErrFeatureNotAvailable},
-        {"add to a read-only stream", kAll, true, [](ado::Recordset& rs) { rs.AddNew(); },
-         ado::adErrFeatureNotAvailable},
-        {"write a join", "SELECT T.ID, CODE FROM T, U", false, [](ado::Recordset& rs) { rs.AddNew(); },
-         ado::adErrFeatureNotAvailable},
-        {"write a computed column", "SELECT COUNT(*) AS N FROM T", false, [](ado::Recordset& rs) { rs.Set("N", 1); },
-         ado::adErrFeatureNotAvailable},
-        {"close with a pending edit", kAll, false, [](ado::Recordset& rs) { rs.Set("ID", 9); rs.Close(); },
-         ado::adErrIllegalOperation},
-        {"close twice", kAll, false, [](ado::Recordset& rs) { rs.Close(); rs.Close(); }, ado::adErrObjectClosed},
-        {"EOF when closed", kAll, false, [](ado::Recordset& rs) { rs.Close(); (void)rs.EOF(); },
-         ado::adErrObjectClosed},
-        {"cursor location when open", kAll, false,
-         [](ado::Recordset& rs) { rs.SetCursorLocation(ado::adUseServer); }, ado::adErrObjectOpen},
-        {"write an object", kAll, false, [](ado::Recordset& rs) { rs.Set("ID", Variant(automation::VariantArray{})); },
-         ado::adErrInvalidArgument},
+        {"read at EOF", kAll, false, {"last", "next", "get|ID"}, "3 EOF E3021"},
+        {"write at EOF", kAll, false, {"last", "next", "set|ID|1"}, "3 EOF E3021"},
+        {"read at BOF", kAll, false, {"prev", "get|ID"}, "BOF E3021"},
+        {"field index out of range", kAll, false, {"third-field"}, "E3265"},
+        {"write a read-only stream", kAll, true, {"set|ID|1"}, "E3251"},
+        {"add to a read-only stream", kAll, true, {"addnew"}, "E3251"},
+        {"write a join", "SELECT T.ID, CODE FROM T, U", false, {"addnew"}, "E3251"},
+        {"write a computed column", "SELECT COUNT(*) AS N FROM T", false, {"set|N|1"}, "E3251"},
+        {"close with a pending edit", kAll, false, {"set|ID|9", "close"}, "E3219"},
+        {"close twice", kAll, false, {"close", "close"}, "E3704"},
+        {"EOF when closed", kAll, false, {"close", "eof"}, "E3704"},
+        {"cursor location when open", kAll, false, {"server-side"}, "E3705"},
+        {"write an object", kAll, false, {"set-array"}, "E3001"},
     };
     for (const Misuse& m : cases) {
         SCOPED_TRACE(m.situation);
         com::ComPtr<ado::Recordset> rs = m.stream ? ado_test::OpenStream(connection_.Get(), m.sql) : Open(m.sql);
-        EXPECT_EQ(ado_test::ErrorOf([&] { m.steps(*rs); }), m.error);
+        ado_test::Script script(
+            *connection_, rs,
+            {{"third-field", [&] { return rs->Fields(2).Name(); }},
+             {"server-side", [&] { rs->SetCursorLocation(ado::adUseServer); return ""; }},
+             {"set-array", [&] { rs->Set("ID", Variant(automation::VariantArray{})); return ""; }}});
+        EXPECT_EQ(script.Run(m.steps), m.answers);
     }
     com::ComPtr<ado::Connection> closed = ado::NewConnection();
     EXPECT_EQ(ado_test::ErrorOf([&] { ado::NewRecordset()->Open(kAll, closed.Get()); }), ado::adErrInvalidConnection);

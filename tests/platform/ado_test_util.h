@@ -2,6 +2,7 @@
 // Helpers shared by the data-access tests.
 #include <functional>
 #include <map>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,9 @@ inline automation::Variant ValueOf(const std::string& text) {
     if (text.find('.') != std::string::npos) return Variant(std::stod(text));
     return Variant::Long(std::stoi(text));
 }
+
+// Whether answers of a Script hold an error.
+inline bool Raised(const std::string& answers) { return std::regex_search(answers, std::regex("(^| )E-?[0-9]")); }
 
 // Drives a connection and the recordset last opened on it by steps written
 // as text, "verb|argument|...", and answers each step with text, or with
