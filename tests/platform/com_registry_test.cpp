@@ -68,11 +68,6 @@ TEST(RegistryTest, SaveAndLoadRoundTripInRegistrationOrder) {
     EXPECT_TRUE(Registry::Load().Interfaces().empty());
 }
 
-TEST(RegistryTest, MissingFileIsAnEmptyRegistry) {
-    fixture::ScopedRegistryFile file;
-    EXPECT_TRUE(Registry::Load().Classes().empty());
-}
-
 TEST(RegistryTest, CorruptFilesRaiseNamingTheLine) {
     struct Case {
         const char* situation;
