@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "tests/platform/ado_test_util.h"
+#include "tests/platform/module/error_text.h"
 #include "tests/support/test_host.h"
 
 namespace {
@@ -12,15 +13,12 @@ namespace {
 using kdvq::testing::ExecAll;
 using Rows = std::vector<std::string>;
 
-const std::string kFailed = std::to_string(ado::adErrCommandFailed);
-
-TEST(AdoConnection, ProviderTextAndState) {
+TEST(AdoConnection, StateAndWhatEachStateRefuses) {
     kdvq::testing::TempDir dir;
     com::ComPtr<ado::Connection> cn = ado::NewConnection();
     EXPECT_EQ(cn->State(), ado::adStateClosed);
     cn->Open("sqlite:" + dir.File("a.db") + "?mode=create");
     EXPECT_EQ(cn->State(), ado::adStateOpen);
-    EXPECT_EQ(cn->Provider(), "SQLite");
     EXPECT_EQ(ado_test::ErrorOf([&] { cn->Open(dir.File("a.db")); }), ado::adErrObjectOpen);
     cn->Close();
     EXPECT_EQ(ado_test::ErrorOf([&] { cn->Execute("SELECT 1"); }), ado::adErrObjectClosed);
@@ -28,34 +26,30 @@ TEST(AdoConnection, ProviderTextAndState) {
     EXPECT_EQ(cn->State(), ado::adStateOpen);
 }
 
-TEST(AdoConnection, MissingFileIsNotCreated) {
+// A file that is missing or no database is refused and left as it was.
+TEST(AdoConnection, OpeningWhatIsNoDatabaseFailsAndChangesNothing) {
     kdvq::testing::TempDir dir;
-    com::ComPtr<ado::Connection> cn = ado::NewConnection();
-    std::string path = dir.File("missing.db");
-    try {
-        cn->Open(path);
-        FAIL() << "opened a missing file";
-    } catch (const automation::BasicError& e) {
-        EXPECT_EQ(e.Number(), ado::adErrProviderFailed);
-        EXPECT_EQ(e.Description(), "Cannot open database '" + path + "': unable to open database file");
+    const std::string text = dir.File("text.db");
+    std::ofstream(text) << "this is not a database, just some text that is long enough to have a header";
+    const std::vector<std::tuple<const char*, std::string, Rows>> cases = {
+        {"missing file", dir.File("missing.db"),
+         {"-2147467259|14|HY000|Cannot open database '" + dir.File("missing.db") +
+          "': unable to open database file|SQLite"}},
+        {"text file", text, {"-2147467259|26|HY000|Cannot open database '" + text + "': file is not a database|SQLite"}},
+    };
+    for (const auto& [situation, path, errors] : cases) {
+        SCOPED_TRACE(situation);
+        const bool existed = std::filesystem::exists(path);
+        const auto size = existed ? std::filesystem::file_size(path) : 0;
+        com::ComPtr<ado::Connection> cn = ado::NewConnection();
+        EXPECT_EQ(ado_test::ErrorOf([&] { cn->Open(path); }), ado::adErrProviderFailed);
+        EXPECT_EQ(ado_test::DescribeErrors(*cn), errors);
+        EXPECT_EQ(cn->State(), ado::adStateClosed);
+        EXPECT_EQ(std::filesystem::exists(path), existed);
+        if (existed) {
+            EXPECT_EQ(std::filesystem::file_size(path), size);
+        }
     }
-    EXPECT_EQ(ado_test::DescribeErrors(*cn),
-              (Rows{std::to_string(ado::adErrProviderFailed) + "|14|HY000|Cannot open database '" + path +
-                    "': unable to open database file|SQLite"}));
-    EXPECT_FALSE(std::filesystem::exists(path));
-    EXPECT_EQ(cn->State(), ado::adStateClosed);
-}
-
-TEST(AdoConnection, NonDatabaseFileFailsUnchanged) {
-    kdvq::testing::TempDir dir;
-    std::string path = dir.File("text.db");
-    std::ofstream(path) << "this is not a database, just some text that is long enough to have a header";
-    auto before = std::filesystem::file_size(path);
-    com::ComPtr<ado::Connection> cn = ado::NewConnection();
-    EXPECT_EQ(ado_test::ErrorOf([&] { cn->Open(path); }), ado::adErrProviderFailed);
-    EXPECT_EQ(ado_test::DescribeErrors(*cn).size(), 1u);
-    EXPECT_EQ(cn->GetErrors().Item(0).nativeError, 26);  // SQLITE_NOTADB
-    EXPECT_EQ(std::filesystem::file_size(path), before);
 }
 
 TEST(AdoConnection, ReadOnlyModeRefusesWrites) {
@@ -69,51 +63,25 @@ TEST(AdoConnection, ReadOnlyModeRefusesWrites) {
               ado::adErrInvalidArgument);
 }
 
-// One row per failing statement: the engine's code and message, which make
-// the one Errors entry and the raised description.
-struct Failure {
-    const char* name;
-    const char* sql;
-    int32_t native;
-    const char* message;
-};
-
-class AdoExecuteFailure : public ::testing::TestWithParam<Failure> {};
-
-TEST_P(AdoExecuteFailure, FillsErrorsAndRaises) {
-    const Failure& f = GetParam();
+// The engine's code and message make the one Errors entry and the raised
+// description; a statement that succeeds clears them.
+TEST(AdoConnection, FailingStatementFillsErrorsAndRaises) {
     kdvq::testing::TempDir dir;
     com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(dir.File("f.db"));
     ExecAll(cn.Get(), "CREATE TABLE T (ID INT PRIMARY KEY, N TEXT NOT NULL);\nINSERT INTO T VALUES (1, 'a')");
-    try {
-        cn->Execute(f.sql);
-        FAIL() << "statement succeeded";
-    } catch (const automation::BasicError& e) {
-        EXPECT_EQ(e.Number(), ado::adErrCommandFailed);
-        EXPECT_EQ(e.Description(), f.message);
-        EXPECT_EQ(e.Source(), "SQLite");
+    const std::vector<std::tuple<const char*, int32_t, const char*>> cases = {
+        {"CREATE TABEL X (A INT)", 1, "near \"TABEL\": syntax error"},
+        {"INSERT INTO T VALUES (2, NULL)", 1299, "NOT NULL constraint failed: T.N"},
+        {"INSERT INTO T VALUES (3, 'c'); INSERT INTO NOPE VALUES (1)", 1, "no such table: NOPE"},
+    };
+    for (const auto& [sql, native, message] : cases) {
+        SCOPED_TRACE(sql);
+        EXPECT_EQ(fixture::RaisedBy([&] { cn->Execute(sql); }),
+                  std::to_string(ado::adErrCommandFailed) + "|SQLite|" + message);
+        EXPECT_EQ(ado_test::DescribeErrors(*cn), (Rows{std::to_string(ado::adErrCommandFailed) + "|" +
+                                                       std::to_string(native) + "|HY000|" + message + "|SQLite"}));
     }
-    EXPECT_EQ(ado_test::DescribeErrors(*cn),
-              (Rows{kFailed + "|" + std::to_string(f.native) + "|HY000|" + f.message + "|SQLite"}));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Ado, AdoExecuteFailure,
-    ::testing::Values(
-        Failure{"no_such_table", "INSERT INTO NOPE VALUES (1)", 1, "no such table: NOPE"},
-        Failure{"syntax", "CREATE TABEL X (A INT)", 1, "near \"TABEL\": syntax error"},
-        Failure{"primary_key", "INSERT INTO T VALUES (1, 'b')", 1555, "UNIQUE constraint failed: T.ID"},
-        Failure{"not_null", "INSERT INTO T VALUES (2, NULL)", 1299, "NOT NULL constraint failed: T.N"},
-        Failure{"second_statement_of_two", "INSERT INTO T VALUES (3, 'c'); INSERT INTO NOPE VALUES (1)", 1,
-                "no such table: NOPE"}),
-    [](const ::testing::TestParamInfo<Failure>& info) { return std::string(info.param.name); });
-
-TEST(AdoConnection, SuccessClearsErrors) {
-    kdvq::testing::TempDir dir;
-    com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(dir.File("s.db"));
-    ado_test::ErrorOf([&] { cn->Execute("DROP TABLE NOPE"); });
-    EXPECT_EQ(cn->GetErrors().Count(), 1);
-    cn->Execute("CREATE TABLE T (A INT);");
+    cn->Execute("CREATE TABLE U (A INT);");
     EXPECT_EQ(cn->GetErrors().Count(), 0);
 }
 
@@ -147,14 +115,6 @@ TEST(AdoConnection, LogFileIsCutBackAfterGrowingUnderAnOpenQuery) {
     cn->Execute(insert);
     cn->Execute(insert);
     EXPECT_LE(logSize(), 8u << 20);
-}
-
-TEST(AdoConnection, ConnectionFromUnknown) {
-    com::ComPtr<ado::Connection> cn = ado::NewConnection();
-    EXPECT_EQ(ado::ConnectionFromUnknown(cn->Unknown()).Get(), cn.Get());
-    com::ComPtr<ado::Recordset> rs = ado::NewRecordset();
-    EXPECT_FALSE(ado::ConnectionFromUnknown(rs->Unknown()));
-    EXPECT_FALSE(ado::ConnectionFromUnknown(nullptr));
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ std::string WithNumber(std::string text, int n) {
 }
 
 struct RepeatCase {
-    const char* name;
+    const char* situation;
     const char* sql;  // %d: a number that changes from run to run
     bool query;       // opened as a recordset rather than executed
     int runs;
@@ -64,134 +64,103 @@ struct RepeatCase {
     Rows made;
 };
 
-class HelperIndexRepeat : public ::testing::TestWithParam<RepeatCase> {};
-
-TEST_P(HelperIndexRepeat, MakesHelpersWhereAShapeKeepsScanning) {
-    const RepeatCase& c = GetParam();
-    kdvq::testing::TempDir dir;
-    com::ComPtr<ado::Connection> cn = OpenWithTables(dir, c.helpers);
-    Rows answers, first;
-    for (int i = 0; i < c.runs; ++i) {
-        std::string sql = WithNumber(c.sql, i + 1);
-        if (!c.query) {
-            cn->Execute(sql);
-            continue;
+// Repeated statements whose plan keeps scanning get a helper index; the
+// answer is the same with one; all are counted and dropped on request.
+TEST(HelperIndex, MadeWhereAShapeKeepsScanning) {
+    const std::vector<RepeatCase> cases = {
+        {"update scan", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d AND NAME Is Null", false, 3, true,
+         {"kdvq_helper_H_USER_ID"}},
+        {"join with an automatic index",
+         "SELECT s.STATE_ID, NAME, ROLE_ID FROM R r, S s WHERE ROLE_ID=%d AND s.STATE_ID=r.STATE_ID ORDER BY 1", true,
+         3, true, {"kdvq_helper_R_ROLE_ID", "kdvq_helper_S_STATE_ID"}},
+        {"unqualified join", "SELECT NAME FROM R, S WHERE ROLE_ID=%d AND S.STATE_ID=R.STATE_ID ORDER BY 1", true, 3,
+         true, {"kdvq_helper_R_ROLE_ID", "kdvq_helper_S_STATE_ID"}},
+        {"run once", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d", false, 1, true, {}},
+        {"small table", "UPDATE SMALL SET ID = ID WHERE USER_ID=%d", false, 5, true, {}},
+        {"own index serves", "SELECT NAME FROM H WHERE ID = %d", true, 5, true, {}},
+        {"no equality", "SELECT count(*) FROM H WHERE USER_ID > %d", true, 5, true, {}},
+        {"helpers off", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d", false, 5, false, {}},
+    };
+    for (const RepeatCase& c : cases) {
+        SCOPED_TRACE(c.situation);
+        kdvq::testing::TempDir dir;
+        com::ComPtr<ado::Connection> cn = OpenWithTables(dir, c.helpers);
+        Rows answers, first;
+        for (int i = 0; i < c.runs; ++i) {
+            std::string sql = WithNumber(c.sql, i + 1);
+            if (!c.query) {
+                cn->Execute(sql);
+                continue;
+            }
+            answers = QueryRows(cn.Get(), sql);
+            // The answer of a statement is the same whether a helper serves it.
+            if (i == 0) first = QueryRows(cn.Get(), WithNumber(c.sql, c.runs));
         }
-        answers = QueryRows(cn.Get(), sql);
-        // The answer of a statement is the same whether a helper serves it.
-        if (i == 0) first = QueryRows(cn.Get(), WithNumber(c.sql, c.runs));
-    }
-    if (c.query) {
         EXPECT_EQ(answers, first);
+        EXPECT_EQ(HelperIndexes(cn.Get()), c.made);
+        EXPECT_EQ(cn->CountHelperIndexes(), static_cast<int32_t>(c.made.size()));
+        EXPECT_EQ(cn->DropHelperIndexes(), static_cast<int32_t>(c.made.size()));
+        EXPECT_EQ(HelperIndexes(cn.Get()), Rows{});
     }
-    EXPECT_EQ(HelperIndexes(cn.Get()), c.made);
-    EXPECT_EQ(cn->CountHelperIndexes(), static_cast<int32_t>(c.made.size()));
-    EXPECT_EQ(cn->DropHelperIndexes(), static_cast<int32_t>(c.made.size()));
-    EXPECT_EQ(HelperIndexes(cn.Get()), Rows{});
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Ado, HelperIndexRepeat,
-    ::testing::Values(
-        RepeatCase{"update_scan", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d AND NAME Is Null", false, 3, true,
-                   {"kdvq_helper_H_USER_ID"}},
-        RepeatCase{"join_automatic_index",
-                   "SELECT s.STATE_ID, NAME, ROLE_ID FROM R r, S s WHERE ROLE_ID=%d AND s.STATE_ID=r.STATE_ID "
-                   "ORDER BY 1",
-                   true, 3, true, {"kdvq_helper_R_ROLE_ID", "kdvq_helper_S_STATE_ID"}},
-        RepeatCase{"unqualified_join", "SELECT NAME FROM R, S WHERE ROLE_ID=%d AND S.STATE_ID=R.STATE_ID ORDER BY 1",
-                   true, 3, true, {"kdvq_helper_R_ROLE_ID", "kdvq_helper_S_STATE_ID"}},
-        RepeatCase{"run_once", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d", false, 1, true, {}},
-        RepeatCase{"small_table", "UPDATE SMALL SET ID = ID WHERE USER_ID=%d", false, 5, true, {}},
-        RepeatCase{"own_index_serves", "SELECT NAME FROM H WHERE ID = %d", true, 5, true, {}},
-        RepeatCase{"no_equality", "SELECT count(*) FROM H WHERE USER_ID > %d", true, 5, true, {}},
-        RepeatCase{"helpers_off", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d", false, 5, false, {}}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-struct DefinitionCase {
-    const char* name;
-    const char* change;
-    Rows indexesAfter;  // every index of H afterwards, helpers included
-};
-
-class HelperIndexDefinitionChange : public ::testing::TestWithParam<DefinitionCase> {};
-
-TEST_P(HelperIndexDefinitionChange, HelperGoesFirstAndTheChangeSucceeds) {
-    const DefinitionCase& c = GetParam();
-    kdvq::testing::TempDir dir;
-    com::ComPtr<ado::Connection> cn = OpenWithTables(dir, true);
-    for (int i = 1; i <= 3; ++i) cn->Execute(WithNumber("UPDATE H SET ID = ID WHERE USER_ID=%d", i));
-    ASSERT_EQ(HelperIndexes(cn.Get()), Rows{"kdvq_helper_H_USER_ID"});
-    EXPECT_EQ(ado_test::ErrorOf([&] { cn->Execute(c.change); }), 0) << cn->GetErrors().Item(0).description;
-    EXPECT_EQ(Names(cn.Get(), "SELECT name FROM sqlite_schema WHERE type = 'index' AND tbl_name = 'H' ORDER BY name"),
-              c.indexesAfter);
-    EXPECT_EQ(QueryRows(cn.Get(), "SELECT count(*) FROM H"), Rows{"2000"});
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Ado, HelperIndexDefinitionChange,
-    ::testing::Values(DefinitionCase{"drop_column", "ALTER TABLE H DROP COLUMN USER_ID", {"H_ID"}},
-                      DefinitionCase{"rebuild_alter_column", "ALTER TABLE H ALTER COLUMN USER_ID BIGINT NOT NULL",
-                                     {"H_ID"}},
-                      DefinitionCase{"rebuild_primary_key", "ALTER TABLE H ADD PRIMARY KEY (ID)",
-                                     {"H_ID", "sqlite_autoindex_H_1"}},
-                      DefinitionCase{"other_table_changes", "ALTER TABLE S ADD X INT",
-                                     {"H_ID", "kdvq_helper_H_USER_ID"}}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(HelperIndexLeftovers, ADropOnAnotherConnectionRemovesAndCommitsThem) {
-    kdvq::testing::TempDir dir;
-    {
-        com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(dir.File("l.db"));
-        ExecAll(cn.Get(), "CREATE TABLE T (A INT, B INT);\n"
-                          "CREATE INDEX kdvq_helper_T_A ON T (A);\n"
-                          "CREATE INDEX kdvq_helper_T_B ON T (B);\n"
-                          "CREATE INDEX T_OWN ON T (A, B)");
+// A table's definition changes with a helper index in place: the helper
+// goes first and the change succeeds.
+TEST(HelperIndex, DefinitionChangesSucceedWithAHelperInPlace) {
+    const std::vector<std::pair<const char*, Rows>> cases = {
+        {"ALTER TABLE H DROP COLUMN USER_ID", {"H_ID"}},
+        {"ALTER TABLE H ALTER COLUMN USER_ID BIGINT NOT NULL", {"H_ID"}},
+        {"ALTER TABLE H ADD PRIMARY KEY (ID)", {"H_ID", "sqlite_autoindex_H_1"}},
+        {"ALTER TABLE S ADD X INT", {"H_ID", "kdvq_helper_H_USER_ID"}},  // another table's
+    };
+    for (const auto& [change, indexesAfter] : cases) {
+        SCOPED_TRACE(change);
+        kdvq::testing::TempDir dir;
+        com::ComPtr<ado::Connection> cn = OpenWithTables(dir, true);
+        for (int i = 1; i <= 3; ++i) cn->Execute(WithNumber("UPDATE H SET ID = ID WHERE USER_ID=%d", i));
+        ASSERT_EQ(HelperIndexes(cn.Get()), Rows{"kdvq_helper_H_USER_ID"});
+        EXPECT_EQ(ado_test::ErrorOf([&, change = change] { cn->Execute(change); }), 0)
+            << cn->GetErrors().Item(0).description;
+        EXPECT_EQ(Names(cn.Get(), "SELECT name FROM sqlite_schema WHERE type = 'index' AND tbl_name = 'H' "
+                                  "ORDER BY name"),
+                  indexesAfter);
+        EXPECT_EQ(QueryRows(cn.Get(), "SELECT count(*) FROM H"), Rows{"2000"});
     }
-    com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(dir.File("l.db"));
-    EXPECT_EQ(cn->CountHelperIndexes(), 2);
-    EXPECT_EQ(cn->DropHelperIndexes(), 2);
-    cn->Close();
-    cn = kdvq::testing::OpenSqlite(dir.File("l.db"));
-    EXPECT_EQ(Names(cn.Get(), "SELECT name FROM sqlite_schema WHERE type = 'index'"), Rows{"T_OWN"});
 }
 
 // The text rule on its own: the columns a statement compares for equality,
 // as the table its plan names knows them.
 struct EqualityCase {
     const char* sql;
-    const char* planName;      // the table or alias the plan names
-    const char* table;         // what that name stands for
+    const char* planName;  // the table or alias the plan names
+    const char* table;     // what that name stands for
     Rows withConstant, withColumn;
 };
 
-class HelperIndexEqualityColumns : public ::testing::TestWithParam<EqualityCase> {};
-
-TEST_P(HelperIndexEqualityColumns, FindsTheComparedColumns) {
-    const EqualityCase& c = GetParam();
-    std::vector<ado::sql::Token> tokens = ado::sql::Tokenize(c.sql);
-    EXPECT_EQ(ado::sql::TableOfName(tokens, c.planName), c.table);
-    // Unqualified names belong to the table when they end in "_ID" or are "A".
-    auto hasColumn = [&](const std::string& column) {
-        return std::string(c.table) == "T" ? column == "A" || column == "B" : column.find("ROLE") == 0;
+TEST(HelperIndex, FindsTheComparedColumns) {
+    const std::vector<EqualityCase> cases = {
+        {"UPDATE T SET A = 1 WHERE B = 'x' AND A Is Null", "T", "T", {"B"}, {}},
+        {"SELECT * FROM T WHERE A <= 5 AND B != 2 AND A >= 1", "T", "T", {}, {}},
+        {"SELECT * FROM T WHERE 7 = B AND A = -3", "T", "T", {"B", "A"}, {}},
+        {"SELECT * FROM T WHERE A + 1 = 5 AND B = A * 2", "T", "T", {}, {}},
+        {"SELECT * FROM T WHERE A = ? AND B = @b", "T", "T", {"A", "B"}, {}},
+        {"SELECT * FROM dbo.LINK AS l JOIN U u ON u.ID = l.USER_ID WHERE l.ROLE_ID = 3", "l", "LINK",
+         {"ROLE_ID"}, {"USER_ID"}},
+        {"SELECT * FROM LINK, U WHERE ROLE_ID=3 AND ID=USER_ID", "LINK", "LINK", {"ROLE_ID"}, {}},
     };
-    ado::sql::EqualityColumns found = ado::sql::EqualityColumnsOf(tokens, c.planName, hasColumn);
-    EXPECT_EQ(found.withConstant, c.withConstant);
-    EXPECT_EQ(found.withColumn, c.withColumn);
+    for (const EqualityCase& c : cases) {
+        SCOPED_TRACE(c.sql);
+        std::vector<ado::sql::Token> tokens = ado::sql::Tokenize(c.sql);
+        EXPECT_EQ(ado::sql::TableOfName(tokens, c.planName), c.table);
+        // Unqualified names belong to the table when they end in "_ID" or are "A".
+        auto hasColumn = [&](const std::string& column) {
+            return std::string(c.table) == "T" ? column == "A" || column == "B" : column.find("ROLE") == 0;
+        };
+        ado::sql::EqualityColumns found = ado::sql::EqualityColumnsOf(tokens, c.planName, hasColumn);
+        EXPECT_EQ(found.withConstant, c.withConstant);
+        EXPECT_EQ(found.withColumn, c.withColumn);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Ado, HelperIndexEqualityColumns,
-    ::testing::Values(
-        EqualityCase{"UPDATE T SET A = 1 WHERE B = 'x' AND A Is Null", "T", "T", {"B"}, {}},
-        EqualityCase{"SELECT * FROM T WHERE A <= 5 AND B != 2 AND A >= 1", "T", "T", {}, {}},
-        EqualityCase{"SELECT * FROM T WHERE 7 = B AND A = -3", "T", "T", {"B", "A"}, {}},
-        EqualityCase{"SELECT * FROM T WHERE A + 1 = 5 AND B = A * 2", "T", "T", {}, {}},
-        EqualityCase{"SELECT * FROM T WHERE A = ? AND B = @b", "T", "T", {"A", "B"}, {}},
-        EqualityCase{"SELECT * FROM dbo.LINK AS l JOIN U u ON u.ID = l.USER_ID WHERE l.ROLE_ID = 3", "l", "LINK",
-                     {"ROLE_ID"}, {"USER_ID"}},
-        EqualityCase{"SELECT * FROM LINK, U WHERE ROLE_ID=3 AND ID=USER_ID", "LINK", "LINK", {"ROLE_ID"}, {}}),
-    [](const auto& info) { return "case" + std::to_string(info.index); });
 
 TEST(HelperIndexPlanLine, ReadsScansAndAutomaticIndexes) {
     auto read = [](const char* detail) {

@@ -1,6 +1,8 @@
 #pragma once
 // Helpers shared by the data-access tests.
 #include <functional>
+#include <map>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -46,5 +48,106 @@ inline com::ComPtr<ado::Recordset> OpenStream(ado::Connection* connection, const
     rs->Open(sql, connection, ado::adOpenForwardOnly, ado::adLockReadOnly);
     return rs;
 }
+
+// A value written as Variant::Describe writes it: Null, True, 'text', 7, 2.5.
+inline automation::Variant ValueOf(const std::string& text) {
+    using automation::Variant;
+    if (text == "Null") return Variant::Null();
+    if (text == "True" || text == "False") return Variant::Boolean(text == "True");
+    if (!text.empty() && text[0] == '\'') return Variant(text.substr(1, text.size() - 2));
+    if (text.find('.') != std::string::npos) return Variant(std::stod(text));
+    return Variant::Long(std::stoi(text));
+}
+
+// Whether answers of a Script hold an error.
+inline bool Raised(const std::string& answers) { return std::regex_search(answers, std::regex("(^| )E-?[0-9]")); }
+
+// Drives a connection and the recordset last opened on it by steps written
+// as text, "verb|argument|...", and answers each step with text, or with
+// "E<number>" for the error it raised:
+//   first, next, prev, last, filter|CRITERIA and
+//   find|CRITERIA[|SKIP[|DIRECTION[|START]]] answer where the recordset
+//   stands: its first field's value, BOF, EOF, or EMPTY for both;
+//   count, bof, eof, get|FIELD and row answer what they read;
+//   open|SQL opens an editable recordset; begin answers the nesting level;
+//   set|FIELD|VALUE (VALUE as ValueOf reads it), update, cancel, addnew,
+//   save, close, exec|SQL, commit, rollback, outer-begin, outer-commit and
+//   outer-rollback answer nothing; extra verbs answer what the caller's
+//   function gives.
+class Script {
+public:
+    using Extra = std::map<std::string, std::function<std::string()>>;
+
+    Script(ado::Connection& connection, com::ComPtr<ado::Recordset> recordset = {}, Extra extra = {})
+        : connection_(connection), rs_(std::move(recordset)), extra_(std::move(extra)) {}
+
+    // The answers of the steps that answer, joined by blanks.
+    std::string Run(const std::vector<std::string>& steps) {
+        std::string answers;
+        for (const std::string& step : steps) {
+            std::string answer;
+            const int32_t error = ErrorOf([&] { answer = Apply(step); });
+            if (error) answer = "E" + std::to_string(error);
+            if (!answer.empty()) answers += (answers.empty() ? "" : " ") + answer;
+        }
+        return answers;
+    }
+
+    ado::Recordset& Current() { return *rs_; }
+
+private:
+    std::string Apply(const std::string& step) {
+        std::vector<std::string> p;
+        for (size_t from = 0, bar = 0; bar != std::string::npos; from = bar + 1) {
+            bar = step.find('|', from);
+            p.push_back(step.substr(from, bar == std::string::npos ? bar : bar - from));
+        }
+        const std::string& verb = p[0];
+        if (extra_.count(verb)) return extra_[verb]();
+        if (verb == "open") rs_ = OpenEditable(&connection_, p[1]);
+        else if (verb == "exec") connection_.Execute(p[1]);
+        else if (verb == "begin") return std::to_string(connection_.BeginTrans());
+        else if (verb == "commit") connection_.CommitTrans();
+        else if (verb == "rollback") connection_.RollbackTrans();
+        else if (verb == "outer-begin") connection_.BeginOuterTransaction();
+        else if (verb == "outer-commit") connection_.CommitOuterTransaction();
+        else if (verb == "outer-rollback") connection_.RollbackOuterTransaction();
+        else if (verb == "set") rs_->Set(p[1], ValueOf(p[2]));
+        else if (verb == "update") rs_->Update();
+        else if (verb == "cancel") rs_->CancelUpdate();
+        else if (verb == "addnew") rs_->AddNew();
+        else if (verb == "save") rs_->Save();
+        else if (verb == "close") rs_->Close();
+        else if (verb == "count") return std::to_string(rs_->RecordCount());
+        else if (verb == "bof") return rs_->BOF() ? "True" : "False";
+        else if (verb == "eof") return rs_->EOF() ? "True" : "False";
+        else if (verb == "get") return rs_->Get(p[1]).Describe();
+        else if (verb == "row") {
+            std::string row;
+            for (int32_t i = 0; i < rs_->FieldCount(); ++i) row += (i ? "|" : "") + rs_->Fields(i).Value().Describe();
+            return row;
+        } else return Moved(p);
+        return "";
+    }
+
+    std::string Moved(const std::vector<std::string>& p) {
+        const std::string& verb = p[0];
+        if (verb == "first") rs_->MoveFirst();
+        else if (verb == "next") rs_->MoveNext();
+        else if (verb == "prev") rs_->MovePrevious();
+        else if (verb == "last") rs_->MoveLast();
+        else if (verb == "filter") rs_->SetFilter(p.size() > 1 ? p[1] : "");
+        else if (verb == "find")
+            rs_->Find(p[1], p.size() > 2 ? std::stoi(p[2]) : 0, p.size() > 3 ? std::stoi(p[3]) : ado::adSearchForward,
+                      p.size() > 4 ? automation::Variant(std::stoi(p[4])) : automation::Variant());
+        else return "unknown step " + verb;
+        if (rs_->BOF() && rs_->EOF()) return "EMPTY";
+        return rs_->BOF() ? "BOF" : rs_->EOF() ? "EOF" : rs_->Fields(0).Value().Describe();
+    }
+
+    ado::Connection& connection_;
+    com::ComPtr<ado::Recordset> rs_;
+    Extra extra_;
+};
 
 }  // namespace ado_test

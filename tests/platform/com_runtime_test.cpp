@@ -104,6 +104,8 @@ TEST_F(RuntimeTest, LibraryStartsOncePerThreadAndUnloadsWhenUnused) {
     EXPECT_EQ(NewWidget()->StartupsOnThisThread(), 1);
 }
 
+// What a caller raises for a call's result and the error info the callee
+// stored, across the boundary and from library objects.
 TEST_F(RuntimeTest, FailuresCarryTheirErrorInfo) {
     struct Case {
         const char* situation;
@@ -111,6 +113,27 @@ TEST_F(RuntimeTest, FailuresCarryTheirErrorInfo) {
         std::string raised;
     };
     const std::vector<Case> cases = {
+        {"success raises nothing", [] { return Guard([] {}); }, "nothing"},
+        {"a BasicError crosses the boundary",
+         [] { return Guard([] { throw automation::BasicError(94, "kdVqUpgraders", "tag\r\nInvalid use of Null"); }); },
+         "94|kdVqUpgraders|tag\r\nInvalid use of Null"},
+        {"a standard exception", [] { return Guard([] { throw std::logic_error("broken"); }); }, "440||broken"},
+        {"a result without info", [] { return E_NOINTERFACE; }, "-2147467262||No such interface supported"},
+        {"a Basic number without info", [] { return HResultFromBasicError(13); }, "13||Type mismatch"},
+        {"info beside a result of the callee's own keeps the result's number",
+         [] {
+             Guard([] { throw automation::BasicError(5, "registration", "no category service"); });
+             return SELFREG_E_CLASS;
+         },
+         "-2147220991|registration|no category service"},
+        {"a boundary forgets info nobody collected",
+         [] {
+             SetErrorInfo({6, "old", "old failure"});
+             Guard([] {});
+             return E_FAIL;
+         },
+         "-2147467259||Unspecified error"},
+        {"an unknown result", [] { return static_cast<HRESULT>(0x80070002u); }, "-2147024894||Automation error"},
         {"a method of a library object fails", [] { return NewWidget()->Refuse(); }, "5|kdvqFixture|widget refused"},
         {"a creation function raises",
          [] {
@@ -151,6 +174,7 @@ TEST_F(RuntimeTest, FailuresCarryTheirErrorInfo) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.situation);
         EXPECT_EQ(RaisedFor(c.call()), c.raised);
+        EXPECT_EQ(TakeErrorInfo().number, 0);  // Check consumed the info
     }
 }
 
