@@ -48,21 +48,5 @@ TEST_F(SupportedExtensions, AreReadOncePerThread) {
     EXPECT_FALSE(Verify("KDWorkflowManager"));
 }
 
-TEST(SupportedExtensionsMissing, TableFailureIsRaisedWithTheTag) {
-    testing::TestHost host;
-    ado::ScriptedProvider* provider = nullptr;
-    auto connection = host.ScriptedConnection("OraOLEDB.Oracle", &provider);
-    try {
-        VerifySupportedExtension(connection.Get(), "P_", "KDSessionManager");
-        FAIL() << "not raised";
-    } catch (const automation::BasicError& e) {
-        EXPECT_EQ(e.Description(), "modMain::VerifySupportedExtension\r\ntable or view does not exist");
-    }
-    EXPECT_EQ(host.Log().Lines(),
-              std::vector<std::string>(
-                  {"OPEN SELECT * FROM P_KD_VQ_SUPPORTED_EXTENSIONS => ERROR 942",
-                   "LOG 1 kdVqUpgraders:\\r\\nmodMain::VerifySupportedExtension\\r\\ntable or view does not exist"}));
-}
-
 }  // namespace
 }  // namespace kdvq
