@@ -1,9 +1,10 @@
 # Installation (cmake --install) and the Debian package (cpack -G DEB):
 # the runner, the upgrader library with the platform library it needs, the
 # string table and the sample, a man page and a bash completion made from
-# the runner's own help. The runner looks for the library in ../lib and for
-# its resources in ../share/kdvq next to itself, so the tree works under any
-# prefix.
+# the runner's own help. The two libraries are the runner's own, not for
+# other programs to link: they go into lib/kdvq-upgraders, where the runner
+# looks for the upgrader library (../lib/kdvq-upgraders next to itself), as
+# for its resources in ../share/kdvq, so the tree works under any prefix.
 set(KDVQ_GENERATED ${PROJECT_BINARY_DIR}/generated)
 # Installing needs the installed targets only, not the tests and the
 # benchmark: build kdvq-upgrade, kdVqUpgraders and kdvq-help-pages first.
@@ -19,9 +20,9 @@ add_custom_target(kdvq-help-pages ALL
   DEPENDS ${KDVQ_GENERATED}/kdvq-upgrade.1 ${KDVQ_GENERATED}/kdvq-upgrade.bash)
 
 # Installed programs find the project's libraries beside them, not in the build.
-set_target_properties(kdvq-upgrade kdVqUpgraders kdplatform PROPERTIES INSTALL_RPATH "$ORIGIN/../lib")
+set_target_properties(kdvq-upgrade kdVqUpgraders kdplatform PROPERTIES INSTALL_RPATH "$ORIGIN/../lib/kdvq-upgraders")
 install(TARGETS kdvq-upgrade RUNTIME DESTINATION bin)
-install(TARGETS kdVqUpgraders kdplatform LIBRARY DESTINATION lib)
+install(TARGETS kdVqUpgraders kdplatform LIBRARY DESTINATION lib/kdvq-upgraders)
 install(FILES ${PROJECT_SOURCE_DIR}/host/resources/strings.en.txt ${PROJECT_SOURCE_DIR}/host/resources/sample-8.2.sql
         DESTINATION share/kdvq)
 install(FILES ${KDVQ_GENERATED}/kdvq-upgrade.1 DESTINATION share/man/man1)

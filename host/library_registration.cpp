@@ -31,12 +31,16 @@ bool Usable(const std::vector<com::ClassRegistration>& classes) {
 }  // namespace
 
 std::string BuiltLibraryPath() {
-    std::string nextToExecutable = ExecutableFolder() + "/../lib/libkdVqUpgraders.so";
-    if (Readable(nextToExecutable)) return std::filesystem::weakly_canonical(nextToExecutable).string();
+    // Installed, the library is in a folder of the package's own; in the
+    // build tree, beside the other built libraries.
+    for (const char* folder : {"/../lib/kdvq-upgraders/", "/../lib/"}) {
+        std::string nextToExecutable = ExecutableFolder() + folder + "libkdVqUpgraders.so";
+        if (Readable(nextToExecutable)) return std::filesystem::weakly_canonical(nextToExecutable).string();
+    }
 #ifdef KDVQ_BUILD_LIBRARY_PATH
     return KDVQ_BUILD_LIBRARY_PATH;
 #else
-    return nextToExecutable;
+    return ExecutableFolder() + "/../lib/libkdVqUpgraders.so";
 #endif
 }
 

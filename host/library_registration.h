@@ -11,8 +11,9 @@
 
 namespace kdhost {
 
-// ../lib/libkdVqUpgraders.so next to the executable when present, else
-// the library of the build the runner comes from.
+// libkdVqUpgraders.so in ../lib/kdvq-upgraders (installed) or ../lib (the
+// build tree) next to the executable when present, else the library of the
+// build the runner comes from.
 std::string BuiltLibraryPath();
 
 // The classes of the upgrader category in registration order. With
