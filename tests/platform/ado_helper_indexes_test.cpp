@@ -9,6 +9,7 @@
 
 #include "platform/ado/sqlite/helper_index_rule.h"
 #include "tests/platform/ado_test_util.h"
+#include "tests/platform/answer_file.h"
 #include "tests/support/test_host.h"
 
 namespace {
@@ -129,37 +130,23 @@ TEST(HelperIndex, DefinitionChangesSucceedWithAHelperInPlace) {
 }
 
 // The text rule on its own: the columns a statement compares for equality,
-// as the table its plan names knows them.
-struct EqualityCase {
-    const char* sql;
-    const char* planName;  // the table or alias the plan names
-    const char* table;     // what that name stands for
-    Rows withConstant, withColumn;
-};
-
+// as the table its plan names knows them. Each case, "statement; the table
+// or alias the plan names", answers "what that name stands for; columns
+// compared with a constant; columns compared with another column".
 TEST(HelperIndex, FindsTheComparedColumns) {
-    const std::vector<EqualityCase> cases = {
-        {"UPDATE T SET A = 1 WHERE B = 'x' AND A Is Null", "T", "T", {"B"}, {}},
-        {"SELECT * FROM T WHERE A <= 5 AND B != 2 AND A >= 1", "T", "T", {}, {}},
-        {"SELECT * FROM T WHERE 7 = B AND A = -3", "T", "T", {"B", "A"}, {}},
-        {"SELECT * FROM T WHERE A + 1 = 5 AND B = A * 2", "T", "T", {}, {}},
-        {"SELECT * FROM T WHERE A = ? AND B = @b", "T", "T", {"A", "B"}, {}},
-        {"SELECT * FROM dbo.LINK AS l JOIN U u ON u.ID = l.USER_ID WHERE l.ROLE_ID = 3", "l", "LINK",
-         {"ROLE_ID"}, {"USER_ID"}},
-        {"SELECT * FROM LINK, U WHERE ROLE_ID=3 AND ID=USER_ID", "LINK", "LINK", {"ROLE_ID"}, {}},
-    };
-    for (const EqualityCase& c : cases) {
-        SCOPED_TRACE(c.sql);
-        std::vector<ado::sql::Token> tokens = ado::sql::Tokenize(c.sql);
-        EXPECT_EQ(ado::sql::TableOfName(tokens, c.planName), c.table);
-        // Unqualified names belong to the table when they end in "_ID" or are "A".
+    answer_file::ExpectAnswers("compared columns", [](const std::string& input) {
+        const size_t at = input.rfind("; ");
+        const std::string planName = input.substr(at + 2);
+        std::vector<ado::sql::Token> tokens = ado::sql::Tokenize(input.substr(0, at));
+        const std::string table = ado::sql::TableOfName(tokens, planName);
+        // T has the columns A and B; the other tables those starting "ROLE".
         auto hasColumn = [&](const std::string& column) {
-            return std::string(c.table) == "T" ? column == "A" || column == "B" : column.find("ROLE") == 0;
+            return table == "T" ? column == "A" || column == "B" : column.find("ROLE") == 0;
         };
-        ado::sql::EqualityColumns found = ado::sql::EqualityColumnsOf(tokens, c.planName, hasColumn);
-        EXPECT_EQ(found.withConstant, c.withConstant);
-        EXPECT_EQ(found.withColumn, c.withColumn);
-    }
+        ado::sql::EqualityColumns found = ado::sql::EqualityColumnsOf(tokens, planName, hasColumn);
+        return table + "; " + answer_file::Join(found.withConstant, ", ") + "; " +
+               answer_file::Join(found.withColumn, ", ");
+    });
 }
 
 TEST(HelperIndexPlanLine, ReadsScansAndAutomaticIndexes) {
