@@ -114,6 +114,7 @@ private:
         else if (verb == "outer-begin") connection_.BeginOuterTransaction();
         else if (verb == "outer-commit") connection_.CommitOuterTransaction();
         else if (verb == "outer-rollback") connection_.RollbackOuterTransaction();
+        else if (!rs_) return "no recordset";
         else if (verb == "set") rs_->Set(p[1], ValueOf(p[2]));
         else if (verb == "update") rs_->Update();
         else if (verb == "cancel") rs_->CancelUpdate();
