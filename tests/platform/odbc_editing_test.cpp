@@ -23,7 +23,7 @@ TEST_P(OdbcEditing, RowChangedByAnotherConnectionCannotBeLocated) {
               std::vector<std::string>({std::to_string(ado::adErrCommandFailed) +
                                         "|0|HY000|Row cannot be located for updating. Some values may have been "
                                         "changed since it was last read.|" +
-                                        backend_->ProviderText()}));
+                                        connection_->Provider()}));
     rs->CancelUpdate();
     rs->Close();
 }
