@@ -10,6 +10,7 @@
 #include "tests/platform/ado_test_util.h"
 #include "tests/platform/answer_file.h"
 #include "tests/platform/contract_backend.h"
+#include "tests/platform/module/error_text.h"
 #include "tests/support/test_host.h"
 
 namespace contract {
@@ -99,15 +100,15 @@ std::string Generalised(std::string answer, const std::string& table) {
 }
 
 // Each case of the backend's own file, a statement on a table %T of one
-// row keyed by ID, answers the error it raises and the Errors entries;
-// "provider" answers the Provider text.
+// row keyed by ID, answers what it raises and the Errors entries after
+// it; "provider" answers the Provider text.
 TEST_P(Contract, ProviderAndTheServersErrors) {
-    const std::string table = MakeTable("KDVQ_ERRS", "ID INT PRIMARY KEY, NAME VARCHAR(20)", {"1, 'a'"});
+    const std::string table = MakeTable("KDVQ_ERRS", "ID INT PRIMARY KEY, NAME VARCHAR(20) NOT NULL", {"1, 'a'"});
     answer_file::ExpectAnswers("server " + std::string(GetParam().name), [&](const std::string& input) {
         if (input == "provider") return connection_->Provider();
-        const int32_t error = ado_test::ErrorOf([&] { connection_->Execute(WithTable({input}, table)[0]); });
-        const std::string errors = answer_file::Join(ado_test::DescribeErrors(*connection_), " / ");
-        return Generalised("E" + std::to_string(error) + " " + errors, table);
+        std::vector<std::string> answer = {fixture::RaisedBy([&] { connection_->Execute(WithTable({input}, table)[0]); })};
+        for (const std::string& error : ado_test::DescribeErrors(*connection_)) answer.push_back(error);
+        return Generalised(answer_file::Join(answer, " / "), table);
     });
 }
 
