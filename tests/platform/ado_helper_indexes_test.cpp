@@ -56,53 +56,35 @@ std::string WithNumber(std::string text, int n) {
     return at == std::string::npos ? text : text.replace(at, 2, std::to_string(n));
 }
 
-struct RepeatCase {
-    const char* situation;
-    const char* sql;  // %d: a number that changes from run to run
-    bool query;       // opened as a recordset rather than executed
-    int runs;
-    bool helpers;     // UseHelperIndexes(true)
-    Rows made;
-};
-
 // Repeated statements whose plan keeps scanning get a helper index; the
 // answer is the same with one; all are counted and dropped on request.
+// Each case, "situation; statement (%d: a number that changes from run to
+// run); query or execute; how often; helpers on or off", answers the
+// helper indices made.
 TEST(HelperIndex, MadeWhereAShapeKeepsScanning) {
-    const std::vector<RepeatCase> cases = {
-        {"update scan", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d AND NAME Is Null", false, 3, true,
-         {"kdvq_helper_H_USER_ID"}},
-        {"join with an automatic index",
-         "SELECT s.STATE_ID, NAME, ROLE_ID FROM R r, S s WHERE ROLE_ID=%d AND s.STATE_ID=r.STATE_ID ORDER BY 1", true,
-         3, true, {"kdvq_helper_R_ROLE_ID", "kdvq_helper_S_STATE_ID"}},
-        {"unqualified join", "SELECT NAME FROM R, S WHERE ROLE_ID=%d AND S.STATE_ID=R.STATE_ID ORDER BY 1", true, 3,
-         true, {"kdvq_helper_R_ROLE_ID", "kdvq_helper_S_STATE_ID"}},
-        {"run once", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d", false, 1, true, {}},
-        {"small table", "UPDATE SMALL SET ID = ID WHERE USER_ID=%d", false, 5, true, {}},
-        {"own index serves", "SELECT NAME FROM H WHERE ID = %d", true, 5, true, {}},
-        {"no equality", "SELECT count(*) FROM H WHERE USER_ID > %d", true, 5, true, {}},
-        {"helpers off", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d", false, 5, false, {}},
-    };
-    for (const RepeatCase& c : cases) {
-        SCOPED_TRACE(c.situation);
+    answer_file::ExpectAnswers("repeated statements", [](const std::string& input) {
+        const std::vector<std::string> fields = answer_file::Split(input, "; ");
+        const int runs = std::stoi(fields[3]);
         kdvq::testing::TempDir dir;
-        com::ComPtr<ado::Connection> cn = OpenWithTables(dir, c.helpers);
+        com::ComPtr<ado::Connection> cn = OpenWithTables(dir, fields[4] == "helpers on");
         Rows answers, first;
-        for (int i = 0; i < c.runs; ++i) {
-            std::string sql = WithNumber(c.sql, i + 1);
-            if (!c.query) {
+        for (int i = 0; i < runs; ++i) {
+            std::string sql = WithNumber(fields[1], i + 1);
+            if (fields[2] == "execute") {
                 cn->Execute(sql);
                 continue;
             }
             answers = QueryRows(cn.Get(), sql);
             // The answer of a statement is the same whether a helper serves it.
-            if (i == 0) first = QueryRows(cn.Get(), WithNumber(c.sql, c.runs));
+            if (i == 0) first = QueryRows(cn.Get(), WithNumber(fields[1], runs));
         }
         EXPECT_EQ(answers, first);
-        EXPECT_EQ(HelperIndexes(cn.Get()), c.made);
-        EXPECT_EQ(cn->CountHelperIndexes(), static_cast<int32_t>(c.made.size()));
-        EXPECT_EQ(cn->DropHelperIndexes(), static_cast<int32_t>(c.made.size()));
+        const Rows made = HelperIndexes(cn.Get());
+        EXPECT_EQ(cn->CountHelperIndexes(), static_cast<int32_t>(made.size()));
+        EXPECT_EQ(cn->DropHelperIndexes(), static_cast<int32_t>(made.size()));
         EXPECT_EQ(HelperIndexes(cn.Get()), Rows{});
-    }
+        return answer_file::Join(made, ", ");
+    });
 }
 
 // A table's definition changes with a helper index in place: the helper
