@@ -1,5 +1,5 @@
-// Opening SQLite files, what each state refuses, transactions misused,
-// and the log file kept small.
+// Opening SQLite files, what each state refuses, and the log file kept
+// small.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -61,16 +61,6 @@ TEST(AdoConnection, ReadOnlyModeRefusesWrites) {
     EXPECT_EQ(cn->GetErrors().Item(0).nativeError, 8);  // SQLITE_READONLY
     EXPECT_EQ(ado_test::ErrorOf([&] { cn->Close(); cn->Open("sqlite:" + dir.File("ro.db") + "?mode=bad"); }),
               ado::adErrInvalidArgument);
-}
-
-TEST(AdoConnection, TransactionMisuse) {
-    kdvq::testing::TempDir dir;
-    com::ComPtr<ado::Connection> cn = kdvq::testing::OpenSqlite(dir.File("m.db"));
-    EXPECT_EQ(ado_test::ErrorOf([&] { cn->CommitTrans(); }), ado::adErrNoTransaction);
-    EXPECT_EQ(ado_test::ErrorOf([&] { cn->RollbackTrans(); }), ado::adErrNoTransaction);
-    cn->BeginTrans();
-    EXPECT_EQ(ado_test::ErrorOf([&] { cn->BeginTrans(); }), ado::adErrFeatureNotAvailable);
-    cn->RollbackTrans();
 }
 
 // Rows written while a query is read row by row grow the log past its usual
