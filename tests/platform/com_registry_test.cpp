@@ -111,19 +111,9 @@ TEST(RegistryTest, UnwritableLocationRaises) {
     }
 }
 
+// Each case, "KDVQ_REGISTRY; XDG_CONFIG_HOME; HOME" ("unset" for a variable
+// not set), answers where the registry file lives.
 TEST(RegistryTest, PathComesFromTheEnvironment) {
-    struct Case {
-        const char* registry;
-        const char* config;
-        const char* home;
-        std::string expected;
-    };
-    const std::vector<Case> cases = {
-        {"/x/reg.ini", "/cfg", "/home/u", "/x/reg.ini"},
-        {nullptr, "/cfg", "/home/u", "/cfg/kdvq/registry.ini"},
-        {"", "", "/home/u", "/home/u/.config/kdvq/registry.ini"},
-        {nullptr, "relative", "/home/u", "/home/u/.config/kdvq/registry.ini"},
-    };
     fixture::ScopedRegistryFile restoreRegistry;
     const std::string savedConfig = getenv("XDG_CONFIG_HOME") ? getenv("XDG_CONFIG_HOME") : "";
     const std::string savedHome = getenv("HOME") ? getenv("HOME") : "";
@@ -134,12 +124,12 @@ TEST(RegistryTest, PathComesFromTheEnvironment) {
             unsetenv(name);
         }
     };
-    for (const auto& c : cases) {
-        set("KDVQ_REGISTRY", c.registry);
-        set("XDG_CONFIG_HOME", c.config);
-        set("HOME", c.home);
-        EXPECT_EQ(RegistryPath(), c.expected);
-    }
+    answer_file::ExpectAnswers("paths", [&](const std::string& input) {
+        const std::vector<std::string> values = answer_file::Split(input, "; ");
+        const char* const names[] = {"KDVQ_REGISTRY", "XDG_CONFIG_HOME", "HOME"};
+        for (size_t i = 0; i < 3; ++i) set(names[i], values[i] == "unset" ? nullptr : values[i].c_str());
+        return RegistryPath();
+    });
     set("XDG_CONFIG_HOME", savedConfig.empty() ? nullptr : savedConfig.c_str());
     set("HOME", savedHome.c_str());
 }
