@@ -101,13 +101,15 @@ private:
         }
         const std::string& verb = p[0];
         if (extra_.count(verb)) return extra_[verb]();
-        if (verb == "open") rs_ = OpenEditable(&connection_, p[1]);
-        else if (verb == "stream") rs_ = OpenStream(&connection_, p[1]);
+        // SQL may hold bars of its own: it is all that follows the verb.
+        const std::string sql = p.size() > 1 ? step.substr(verb.size() + 1) : "";
+        if (verb == "open") rs_ = OpenEditable(&connection_, sql);
+        else if (verb == "stream") rs_ = OpenStream(&connection_, sql);
         else if (verb == "static") {
             rs_ = ado::NewRecordset();
-            rs_->Open(p[1], &connection_, ado::adOpenStatic, ado::adLockReadOnly);
+            rs_->Open(sql, &connection_, ado::adOpenStatic, ado::adLockReadOnly);
         }
-        else if (verb == "exec") connection_.Execute(p[1]);
+        else if (verb == "exec") connection_.Execute(sql);
         else if (verb == "begin") return std::to_string(connection_.BeginTrans());
         else if (verb == "commit") connection_.CommitTrans();
         else if (verb == "rollback") connection_.RollbackTrans();
