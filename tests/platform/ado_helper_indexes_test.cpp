@@ -9,6 +9,7 @@
 
 #include "platform/ado/sqlite/helper_index_rule.h"
 #include "tests/platform/ado_test_util.h"
+#include "tests/platform/answer_file.h"
 #include "tests/support/test_host.h"
 
 namespace {
@@ -55,53 +56,35 @@ std::string WithNumber(std::string text, int n) {
     return at == std::string::npos ? text : text.replace(at, 2, std::to_string(n));
 }
 
-struct RepeatCase {
-    const char* situation;
-    const char* sql;  // %d: a number that changes from run to run
-    bool query;       // opened as a recordset rather than executed
-    int runs;
-    bool helpers;     // UseHelperIndexes(true)
-    Rows made;
-};
-
 // Repeated statements whose plan keeps scanning get a helper index; the
 // answer is the same with one; all are counted and dropped on request.
+// Each case, "situation; statement (%d: a number that changes from run to
+// run); query or execute; how often; helpers on or off", answers the
+// helper indices made.
 TEST(HelperIndex, MadeWhereAShapeKeepsScanning) {
-    const std::vector<RepeatCase> cases = {
-        {"update scan", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d AND NAME Is Null", false, 3, true,
-         {"kdvq_helper_H_USER_ID"}},
-        {"join with an automatic index",
-         "SELECT s.STATE_ID, NAME, ROLE_ID FROM R r, S s WHERE ROLE_ID=%d AND s.STATE_ID=r.STATE_ID ORDER BY 1", true,
-         3, true, {"kdvq_helper_R_ROLE_ID", "kdvq_helper_S_STATE_ID"}},
-        {"unqualified join", "SELECT NAME FROM R, S WHERE ROLE_ID=%d AND S.STATE_ID=R.STATE_ID ORDER BY 1", true, 3,
-         true, {"kdvq_helper_R_ROLE_ID", "kdvq_helper_S_STATE_ID"}},
-        {"run once", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d", false, 1, true, {}},
-        {"small table", "UPDATE SMALL SET ID = ID WHERE USER_ID=%d", false, 5, true, {}},
-        {"own index serves", "SELECT NAME FROM H WHERE ID = %d", true, 5, true, {}},
-        {"no equality", "SELECT count(*) FROM H WHERE USER_ID > %d", true, 5, true, {}},
-        {"helpers off", "UPDATE H SET NAME = 'x' WHERE USER_ID=%d", false, 5, false, {}},
-    };
-    for (const RepeatCase& c : cases) {
-        SCOPED_TRACE(c.situation);
+    answer_file::ExpectAnswers("repeated statements", [](const std::string& input) {
+        const std::vector<std::string> fields = answer_file::Split(input, "; ");
+        const int runs = std::stoi(fields[3]);
         kdvq::testing::TempDir dir;
-        com::ComPtr<ado::Connection> cn = OpenWithTables(dir, c.helpers);
+        com::ComPtr<ado::Connection> cn = OpenWithTables(dir, fields[4] == "helpers on");
         Rows answers, first;
-        for (int i = 0; i < c.runs; ++i) {
-            std::string sql = WithNumber(c.sql, i + 1);
-            if (!c.query) {
+        for (int i = 0; i < runs; ++i) {
+            std::string sql = WithNumber(fields[1], i + 1);
+            if (fields[2] == "execute") {
                 cn->Execute(sql);
                 continue;
             }
             answers = QueryRows(cn.Get(), sql);
             // The answer of a statement is the same whether a helper serves it.
-            if (i == 0) first = QueryRows(cn.Get(), WithNumber(c.sql, c.runs));
+            if (i == 0) first = QueryRows(cn.Get(), WithNumber(fields[1], runs));
         }
         EXPECT_EQ(answers, first);
-        EXPECT_EQ(HelperIndexes(cn.Get()), c.made);
-        EXPECT_EQ(cn->CountHelperIndexes(), static_cast<int32_t>(c.made.size()));
-        EXPECT_EQ(cn->DropHelperIndexes(), static_cast<int32_t>(c.made.size()));
+        const Rows made = HelperIndexes(cn.Get());
+        EXPECT_EQ(cn->CountHelperIndexes(), static_cast<int32_t>(made.size()));
+        EXPECT_EQ(cn->DropHelperIndexes(), static_cast<int32_t>(made.size()));
         EXPECT_EQ(HelperIndexes(cn.Get()), Rows{});
-    }
+        return answer_file::Join(made, ", ");
+    });
 }
 
 // A table's definition changes with a helper index in place: the helper
@@ -129,54 +112,35 @@ TEST(HelperIndex, DefinitionChangesSucceedWithAHelperInPlace) {
 }
 
 // The text rule on its own: the columns a statement compares for equality,
-// as the table its plan names knows them.
-struct EqualityCase {
-    const char* sql;
-    const char* planName;  // the table or alias the plan names
-    const char* table;     // what that name stands for
-    Rows withConstant, withColumn;
-};
-
+// as the table its plan names knows them. Each case, "statement; the table
+// or alias the plan names", answers "what that name stands for; columns
+// compared with a constant; columns compared with another column".
 TEST(HelperIndex, FindsTheComparedColumns) {
-    const std::vector<EqualityCase> cases = {
-        {"UPDATE T SET A = 1 WHERE B = 'x' AND A Is Null", "T", "T", {"B"}, {}},
-        {"SELECT * FROM T WHERE A <= 5 AND B != 2 AND A >= 1", "T", "T", {}, {}},
-        {"SELECT * FROM T WHERE 7 = B AND A = -3", "T", "T", {"B", "A"}, {}},
-        {"SELECT * FROM T WHERE A + 1 = 5 AND B = A * 2", "T", "T", {}, {}},
-        {"SELECT * FROM T WHERE A = ? AND B = @b", "T", "T", {"A", "B"}, {}},
-        {"SELECT * FROM dbo.LINK AS l JOIN U u ON u.ID = l.USER_ID WHERE l.ROLE_ID = 3", "l", "LINK",
-         {"ROLE_ID"}, {"USER_ID"}},
-        {"SELECT * FROM LINK, U WHERE ROLE_ID=3 AND ID=USER_ID", "LINK", "LINK", {"ROLE_ID"}, {}},
-    };
-    for (const EqualityCase& c : cases) {
-        SCOPED_TRACE(c.sql);
-        std::vector<ado::sql::Token> tokens = ado::sql::Tokenize(c.sql);
-        EXPECT_EQ(ado::sql::TableOfName(tokens, c.planName), c.table);
-        // Unqualified names belong to the table when they end in "_ID" or are "A".
+    answer_file::ExpectAnswers("compared columns", [](const std::string& input) {
+        const size_t at = input.rfind("; ");
+        const std::string planName = input.substr(at + 2);
+        std::vector<ado::sql::Token> tokens = ado::sql::Tokenize(input.substr(0, at));
+        const std::string table = ado::sql::TableOfName(tokens, planName);
+        // T has the columns A and B; the other tables those starting "ROLE".
         auto hasColumn = [&](const std::string& column) {
-            return std::string(c.table) == "T" ? column == "A" || column == "B" : column.find("ROLE") == 0;
+            return table == "T" ? column == "A" || column == "B" : column.find("ROLE") == 0;
         };
-        ado::sql::EqualityColumns found = ado::sql::EqualityColumnsOf(tokens, c.planName, hasColumn);
-        EXPECT_EQ(found.withConstant, c.withConstant);
-        EXPECT_EQ(found.withColumn, c.withColumn);
-    }
+        ado::sql::EqualityColumns found = ado::sql::EqualityColumnsOf(tokens, planName, hasColumn);
+        return table + "; " + answer_file::Join(found.withConstant, ", ") + "; " +
+               answer_file::Join(found.withColumn, ", ");
+    });
 }
 
+// Each line of a query plan answers the table or alias it scans, with the
+// columns of an automatic index it builds, or "-" when it needs nothing.
 TEST(HelperIndexPlanLine, ReadsScansAndAutomaticIndexes) {
-    auto read = [](const char* detail) {
+    answer_file::ExpectAnswers("plan lines", [](const std::string& detail) {
         std::optional<ado::sql::PlanNeed> need = ado::sql::ReadPlanLine(detail);
         if (!need) return std::string("-");
         std::string text = need->name;
-        for (const std::string& c : need->columns) text += " " + c;
+        for (const std::string& column : need->columns) text += " " + column;
         return text;
-    };
-    EXPECT_EQ(read("SCAN sr"), "sr");
-    EXPECT_EQ(read("SCAN TABLE KD_X"), "KD_X");
-    EXPECT_EQ(read("SEARCH s USING AUTOMATIC COVERING INDEX (STATE_ID=? AND KIND=?)"), "s STATE_ID KIND");
-    EXPECT_EQ(read("SEARCH s USING AUTOMATIC PARTIAL COVERING INDEX (STATE_ID=?)"), "s STATE_ID");
-    EXPECT_EQ(read("SEARCH s USING INDEX S_ID (STATE_ID=?)"), "-");
-    EXPECT_EQ(read("SCAN v VIRTUAL TABLE INDEX 0:"), "-");
-    EXPECT_EQ(read("USE TEMP B-TREE FOR ORDER BY"), "-");
+    });
 }
 
 TEST(HelperIndexShape, LiteralsTakenOut) {

@@ -2,7 +2,6 @@
 // Helpers shared by the data-access tests.
 #include <functional>
 #include <map>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -59,9 +58,6 @@ inline automation::Variant ValueOf(const std::string& text) {
     return Variant::Long(std::stoi(text));
 }
 
-// Whether answers of a Script hold an error.
-inline bool Raised(const std::string& answers) { return std::regex_search(answers, std::regex("(^| )E-?[0-9]")); }
-
 // Drives a connection and the recordset last opened on it by steps written
 // as text, "verb|argument|...", and answers each step with text, or with
 // "E<number>" for the error it raised:
@@ -69,7 +65,8 @@ inline bool Raised(const std::string& answers) { return std::regex_search(answer
 //   find|CRITERIA[|SKIP[|DIRECTION[|START]]] answer where the recordset
 //   stands: its first field's value, BOF, EOF, or EMPTY for both;
 //   count, bof, eof, get|FIELD and row answer what they read;
-//   open|SQL opens an editable recordset; begin answers the nesting level;
+//   open|SQL opens an editable recordset, stream|SQL a read one (OpenStream)
+//   and static|SQL a server-side static one; begin answers the nesting level;
 //   set|FIELD|VALUE (VALUE as ValueOf reads it), update, cancel, addnew,
 //   save, close, exec|SQL, commit, rollback, outer-begin, outer-commit and
 //   outer-rollback answer nothing; extra verbs answer what the caller's
@@ -104,14 +101,22 @@ private:
         }
         const std::string& verb = p[0];
         if (extra_.count(verb)) return extra_[verb]();
-        if (verb == "open") rs_ = OpenEditable(&connection_, p[1]);
-        else if (verb == "exec") connection_.Execute(p[1]);
+        // SQL may hold bars of its own: it is all that follows the verb.
+        const std::string sql = p.size() > 1 ? step.substr(verb.size() + 1) : "";
+        if (verb == "open") rs_ = OpenEditable(&connection_, sql);
+        else if (verb == "stream") rs_ = OpenStream(&connection_, sql);
+        else if (verb == "static") {
+            rs_ = ado::NewRecordset();
+            rs_->Open(sql, &connection_, ado::adOpenStatic, ado::adLockReadOnly);
+        }
+        else if (verb == "exec") connection_.Execute(sql);
         else if (verb == "begin") return std::to_string(connection_.BeginTrans());
         else if (verb == "commit") connection_.CommitTrans();
         else if (verb == "rollback") connection_.RollbackTrans();
         else if (verb == "outer-begin") connection_.BeginOuterTransaction();
         else if (verb == "outer-commit") connection_.CommitOuterTransaction();
         else if (verb == "outer-rollback") connection_.RollbackOuterTransaction();
+        else if (!rs_) return "no recordset";
         else if (verb == "set") rs_->Set(p[1], ValueOf(p[2]));
         else if (verb == "update") rs_->Update();
         else if (verb == "cancel") rs_->CancelUpdate();

@@ -5,6 +5,8 @@
 
 #include "platform/automation/basic_error.h"
 #include "platform/com/runtime.h"
+#include "tests/platform/answer_file.h"
+#include "tests/platform/module/error_text.h"
 #include "tests/platform/module/fixture.h"
 #include "tests/support/transcript_file.h"
 
@@ -68,44 +70,34 @@ TEST(RegistryTest, SaveAndLoadRoundTripInRegistrationOrder) {
     EXPECT_TRUE(Registry::Load().Interfaces().empty());
 }
 
-TEST(RegistryTest, CorruptFilesRaiseNamingTheLine) {
-    struct Case {
-        const char* situation;
-        std::string text;
-        std::string reason;  // after "registry <path>, "
-    };
-    const std::vector<Case> cases = {
-        {"value outside a section", "ProgID=x\n", "line 1: value outside any section"},
-        {"unknown section", "; c\n[Thing {00000000-0000-0000-0000-000000000001}]\n",
-         "line 2: unknown section 'Thing {00000000-0000-0000-0000-000000000001}'"},
-        {"bad identifier", "[Class {nope}]\n", "line 1: malformed identifier '{nope}'"},
-        {"bad category", "[Class {00000000-0000-0000-0000-000000000001}]\nCategory=12\n",
-         "line 2: malformed identifier '12'"},
-        {"line without =", "[Class {00000000-0000-0000-0000-000000000001}]\ngarbage\n", "line 2: expected Key=Value"},
-        {"unknown key", "[Interface {00000000-0000-0000-0000-000000000001}]\nProgID=x\n",
-         "line 2: unknown key 'ProgID' in an interface"},
-        {"bad escape", "[Class {00000000-0000-0000-0000-000000000001}]\nName=a\\tb\n",
-         "line 2: bad escape in value of Name"},
-        {"unterminated header", "[Class {00000000-0000-0000-0000-000000000001}\n", "line 1: unterminated section header"},
-        {"class twice",
-         "[Class {00000000-0000-0000-0000-000000000001}]\n[Class {00000000-0000-0000-0000-000000000001}]\n",
-         "line 2: class {00000000-0000-0000-0000-000000000001} appears twice"},
-        {"binary garbage", std::string("\x7f" "ELF\x02\x01\x01\0\0\0", 10), "line 1: expected Key=Value"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.situation);
-        fixture::ScopedRegistryFile file;
-        Registry().Save();  // creates the directory
-        WriteFile(file.Path(), c.text);
-        try {
-            Registry::Load();
-            ADD_FAILURE() << "loaded";
-        } catch (const automation::BasicError& e) {
-            EXPECT_EQ(e.Number(), 321);
-            EXPECT_EQ(e.Source(), "kdplatform");
-            EXPECT_EQ(e.Description(), "Invalid file format: registry " + file.Path() + ", " + c.reason);
+// Text as a case file writes it: "\n" a line break, "\xNN" a byte, "\\"
+// a backslash.
+std::string Unescaped(const std::string& text) {
+    std::string out;
+    for (size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != '\\') {
+            out += text[at];
+        } else if (text[++at] == 'x') {
+            out += static_cast<char>(std::stoi(text.substr(at + 1, 2), nullptr, 16));
+            at += 2;
+        } else {
+            out += text[at] == 'n' ? '\n' : text[at];
         }
     }
+    return out;
+}
+
+// Each case, "situation; the file's text", answers why loading refused it
+// (after "registry <path>, ").
+TEST(RegistryTest, CorruptFilesRaiseNamingTheLine) {
+    answer_file::ExpectAnswers("corrupt files", [](const std::string& input) {
+        fixture::ScopedRegistryFile file;
+        Registry().Save();  // creates the directory
+        WriteFile(file.Path(), Unescaped(input.substr(input.find("; ") + 2)));
+        const std::string prefix = "321|kdplatform|Invalid file format: registry " + file.Path() + ", ";
+        const std::string raised = fixture::RaisedBy([] { Registry::Load(); });
+        return raised.rfind(prefix, 0) == 0 ? raised.substr(prefix.size()) : raised;
+    });
 }
 
 TEST(RegistryTest, UnwritableLocationRaises) {
@@ -119,19 +111,9 @@ TEST(RegistryTest, UnwritableLocationRaises) {
     }
 }
 
+// Each case, "KDVQ_REGISTRY; XDG_CONFIG_HOME; HOME" ("unset" for a variable
+// not set), answers where the registry file lives.
 TEST(RegistryTest, PathComesFromTheEnvironment) {
-    struct Case {
-        const char* registry;
-        const char* config;
-        const char* home;
-        std::string expected;
-    };
-    const std::vector<Case> cases = {
-        {"/x/reg.ini", "/cfg", "/home/u", "/x/reg.ini"},
-        {nullptr, "/cfg", "/home/u", "/cfg/kdvq/registry.ini"},
-        {"", "", "/home/u", "/home/u/.config/kdvq/registry.ini"},
-        {nullptr, "relative", "/home/u", "/home/u/.config/kdvq/registry.ini"},
-    };
     fixture::ScopedRegistryFile restoreRegistry;
     const std::string savedConfig = getenv("XDG_CONFIG_HOME") ? getenv("XDG_CONFIG_HOME") : "";
     const std::string savedHome = getenv("HOME") ? getenv("HOME") : "";
@@ -142,12 +124,12 @@ TEST(RegistryTest, PathComesFromTheEnvironment) {
             unsetenv(name);
         }
     };
-    for (const auto& c : cases) {
-        set("KDVQ_REGISTRY", c.registry);
-        set("XDG_CONFIG_HOME", c.config);
-        set("HOME", c.home);
-        EXPECT_EQ(RegistryPath(), c.expected);
-    }
+    answer_file::ExpectAnswers("paths", [&](const std::string& input) {
+        const std::vector<std::string> values = answer_file::Split(input, "; ");
+        const char* const names[] = {"KDVQ_REGISTRY", "XDG_CONFIG_HOME", "HOME"};
+        for (size_t i = 0; i < 3; ++i) set(names[i], values[i] == "unset" ? nullptr : values[i].c_str());
+        return RegistryPath();
+    });
     set("XDG_CONFIG_HOME", savedConfig.empty() ? nullptr : savedConfig.c_str());
     set("HOME", savedHome.c_str());
 }

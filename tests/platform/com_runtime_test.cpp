@@ -47,15 +47,12 @@ protected:
     fixture::ScopedRegistryFile registryFile_;
 };
 
-TEST_F(RuntimeTest, SelfRegistrationWritesTheClass) {
-    const Registry registry = Registry::Load();
-    ASSERT_EQ(registry.Classes().size(), 1u);
-    const ClassRegistration& widget = registry.Classes()[0];
-    EXPECT_EQ(FormatGuid(widget.clsid), "{6A18E58E-159D-4015-AFA0-3773EDB7E105}");
-    EXPECT_EQ(widget.progId, "kdvqFixture.Widget");
-    EXPECT_EQ(widget.libraryPath, kModulePath);
-    EXPECT_EQ(registry.ClassesOfCategory(fixture::CATID_Widgets).size(), 1u);
-    EXPECT_FALSE(ModuleLoaded());  // registration does not keep it
+// What the library writes when it registers is its own affair (the
+// upgraders' library is checked in tests/framework); the runtime calls it
+// without keeping the library, and creating an unregistered class fails.
+TEST_F(RuntimeTest, RegistrationComesAndGoesWithTheLibrarysEntryPoints) {
+    EXPECT_EQ(Registry::Load().Classes().size(), 1u);
+    EXPECT_FALSE(ModuleLoaded());
 
     ASSERT_EQ(UnregisterServer(kModulePath), S_OK);
     EXPECT_TRUE(Registry::Load().Classes().empty());

@@ -14,9 +14,6 @@
 
 namespace contract {
 
-// Failing statements whose Errors entries every backend reports its own way.
-enum class Failure { kMissingTable, kDuplicateKey };
-
 class Backend {
 public:
     ~Backend();
@@ -25,14 +22,9 @@ public:
     const std::string& SkipReason() const { return skipReason_; }
     // A new connection to the test's database.
     com::ComPtr<ado::Connection> Connect() const;
-    // The connection's Provider text.
-    const std::string& ProviderText() const { return providerText_; }
     // A name for a table of the test; the server, shared by parallel test
     // processes, gets names unique to the process, dropped at the end.
     std::string Table(const std::string& base);
-    // The first Errors entry of the failure, as ado_test::DescribeErrors
-    // writes it; table as Table() named it.
-    std::string ExpectedError(Failure failure, const std::string& table) const;
 
 private:
     friend std::unique_ptr<Backend> MakeSqliteBackend();
@@ -40,10 +32,7 @@ private:
     friend std::unique_ptr<Backend> MakeSqliteOdbcBackend();
 
     kdvq::testing::TempDir dir_;
-    std::string skipReason_, connectionString_, providerText_, tablePrefix_;
-    // The two Errors entries; %T stands for the table's name, %t for it in
-    // lower case.
-    std::string missingTable_, duplicateKey_;
+    std::string skipReason_, connectionString_, tablePrefix_;
     std::vector<std::string> tables_;
 };
 

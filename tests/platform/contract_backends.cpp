@@ -1,7 +1,6 @@
 // The backends of the data-access contract (see contract_backend.h).
 #include <unistd.h>
 
-#include <cctype>
 #include <cstdlib>
 
 #include "platform/automation/basic_error.h"
@@ -30,24 +29,9 @@ std::string Backend::Table(const std::string& base) {
     return tables_.back();
 }
 
-std::string Backend::ExpectedError(Failure failure, const std::string& table) const {
-    std::string lower = table;
-    for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    std::string text = failure == Failure::kMissingTable ? missingTable_ : duplicateKey_;
-    for (size_t at = text.find('%'); at != std::string::npos; at = text.find('%', at)) {
-        const std::string& name = text[at + 1] == 'T' ? table : lower;
-        text.replace(at, 2, name);
-        at += name.size();
-    }
-    return text;
-}
-
 std::unique_ptr<Backend> MakeSqliteBackend() {
     auto backend = std::make_unique<Backend>();
     backend->connectionString_ = "sqlite:" + backend->dir_.File("contract.db") + "?mode=create";
-    backend->providerText_ = "SQLite";
-    backend->missingTable_ = "-2147217900|1|HY000|no such table: %T|SQLite";
-    backend->duplicateKey_ = "-2147217900|1555|HY000|UNIQUE constraint failed: %T.ID|SQLite";
     return backend;
 }
 
@@ -60,13 +44,7 @@ std::unique_ptr<Backend> MakePostgresOdbcBackend() {
     backend->skipReason_ = "built without the ODBC provider";
 #endif
     backend->connectionString_ = "odbc:" + std::string(connect ? connect : "");
-    backend->providerText_ = "ODBC;PostgreSQL";
     backend->tablePrefix_ = "KDC" + std::to_string(getpid()) + "_";
-    backend->missingTable_ = "-2147217900|1|42P01|ERROR: relation \"%t\" does not exist;\nError while executing the "
-                             "query|ODBC;PostgreSQL";
-    backend->duplicateKey_ = "-2147217900|1|23505|ERROR: duplicate key value violates unique constraint "
-                             "\"%t_pkey\"\nDETAIL: Key (id)=(1) already exists.;\nError while executing the "
-                             "query|ODBC;PostgreSQL";
     return backend;
 }
 
@@ -78,9 +56,6 @@ std::unique_ptr<Backend> MakeSqliteOdbcBackend() {
     const bool named = driver && *driver;
     backend->connectionString_ = "odbc:Driver={" + std::string(named ? driver : "SQLite3") +
                                  "};Database=" + backend->dir_.File("contract.db") + ";Timeout=5000;";
-    backend->providerText_ = "ODBC;SQLite";
-    backend->missingTable_ = "-2147217900|1|HY000|[SQLite]no such table: %T (1)|ODBC;SQLite";
-    backend->duplicateKey_ = "-2147217900|19|HY000|[SQLite]UNIQUE constraint failed: %T.ID (19)|ODBC;SQLite";
 #ifdef KDVQ_HAVE_ODBC
     try {
         backend->Connect();

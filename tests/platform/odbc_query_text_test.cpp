@@ -9,51 +9,20 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/platform/answer_file.h"
+
 namespace ado::odbc {
 namespace {
 
-struct ShapeCase {
-    const char* sql;
-    const char* shape;  // "schema|table|qualifier|names" ("computes" when the list does), or "none"
-    const char* keyed;  // with the leading column "K"
-};
-
+// Each case answers "schema|table|qualifier|names" ("computes" when the
+// list does) and the text with the leading key column "K", or "none".
 TEST(OdbcSelectShape, FindsTheOneTableAndAddsKeyColumns) {
-    const std::vector<ShapeCase> cases = {
-        {"SELECT ID, NAME FROM T", "|T|T|names", "SELECT K, ID, NAME FROM T"},
-        {"select * from dbo.KD_X where A = 1", "dbo|KD_X|dbo.KD_X|names", "select K, dbo.KD_X.* from dbo.KD_X where A = 1"},
-        {"SELECT t.NAME FROM T t ORDER BY t.ID", "|T|t|names", "SELECT K, t.NAME FROM T t ORDER BY t.ID"},
-        {"SELECT * FROM T AS x;", "|T|x|names", "SELECT K, x.* FROM T AS x;"},
-        {"SELECT \"A b\" FROM \"My Table\"", "|My Table|\"My Table\"|names", "SELECT K, \"A b\" FROM \"My Table\""},
-        {"SELECT (SELECT MAX(ID) FROM U) M FROM T WHERE X IN (SELECT X FROM V)", "|T|T|computes",
-         "SELECT K, (SELECT MAX(ID) FROM U) M FROM T WHERE X IN (SELECT X FROM V)"},
-        {"SELECT *, NAME FROM T", "|T|T|names", "SELECT K, *, NAME FROM T"},
-        {"SELECT t.ID AS I, NAME N FROM T t", "|T|t|names", "SELECT K, t.ID AS I, NAME N FROM T t"},
-        {"SELECT NAME || 'x' AS NAME FROM T", "|T|T|computes", "SELECT K, NAME || 'x' AS NAME FROM T"},
-        {"SELECT 1 AS X FROM T", "|T|T|computes", "SELECT K, 1 AS X FROM T"},
-        {"SELECT DISTINCT NAME FROM T", "none", ""},
-        {"SELECT TOP 5 NAME FROM T", "none", ""},
-        {"SELECT A FROM T t, U u WHERE t.ID = u.ID", "none", ""},
-        {"SELECT A FROM T JOIN U ON T.ID = U.ID", "none", ""},
-        {"SELECT A, COUNT(*) FROM T GROUP BY A", "none", ""},
-        {"SELECT A FROM T UNION SELECT A FROM U", "none", ""},
-        {"SELECT A FROM (SELECT A FROM T) s", "none", ""},
-        {"SELECT A FROM db.owner.T", "none", ""},
-        {"SELECT A FROM T; DELETE FROM T", "none", ""},
-        {"UPDATE T SET A = 1", "none", ""},
-        {"SELECT 1", "none", ""},
-    };
-    for (const ShapeCase& c : cases) {
-        SCOPED_TRACE(c.sql);
-        std::optional<SelectShape> shape = ParseSelectShape(c.sql);
-        EXPECT_EQ(shape ? shape->schema + "|" + shape->table + "|" + shape->qualifier + "|" +
-                              (shape->listComputes ? "computes" : "names")
-                        : "none",
-                  c.shape);
-        if (shape) {
-            EXPECT_EQ(WithLeadingColumns(c.sql, *shape, {"K"}), c.keyed);
-        }
-    }
+    answer_file::ExpectAnswers("select shapes", [](const std::string& sql) {
+        std::optional<SelectShape> shape = ParseSelectShape(sql);
+        if (!shape) return std::string("none");
+        return shape->schema + "|" + shape->table + "|" + shape->qualifier + "|" +
+               (shape->listComputes ? "computes" : "names") + "; " + WithLeadingColumns(sql, *shape, {"K"});
+    });
 }
 
 struct TextCase {
