@@ -64,7 +64,7 @@ protected:
         std::filesystem::create_directory(bench_->File(name));
         std::string path = bench_->File(name + "/repository.db");
         CopyDatabase(*upgraded_, path);
-        SetJournalMode(path, journalMode);
+        ExecSqlite(path, "PRAGMA journal_mode=" + journalMode);
         return path;
     }
 
@@ -142,7 +142,7 @@ TEST_F(LeftAlone, TheFinalPassRunsWhenItWouldChangeSomethingOrWhenAsked) {
     for (const FinalPassCase& c : cases) {
         SCOPED_TRACE(c.situation);
         std::string path = Copy("final-" + std::to_string(++n), "delete");
-        if (!c.damage.empty()) ExecuteStatement(path, c.damage);
+        if (!c.damage.empty()) ExecSqlite(path, c.damage);
         std::vector<std::string> args = UpgradeArgs(path);
         args.insert(args.end(), c.extra.begin(), c.extra.end());
         RunnerResult run = bench_->Run(args);
