@@ -123,19 +123,15 @@ struct FinalPassCase {
     const char* situation;
     std::string damage;             // a statement run on the repository first; "" for none
     std::vector<std::string> extra;  // options added to the upgrade
-    const char* outcome;            // the line before the log's
 };
 
-// The indexes and system-table lists are made again only when the run
-// would change them, or when asked to; either way the repository ends as
-// an uninterrupted upgrade leaves it.
+// The indexes and system-table lists are made again when the run would
+// change them, or when asked to (that nothing runs otherwise is checked
+// above), and the repository ends as an uninterrupted upgrade leaves it.
 TEST_F(LeftAlone, TheFinalPassRunsWhenItWouldChangeSomethingOrWhenAsked) {
     const std::vector<FinalPassCase> cases = {
-        {"an index the final pass makes is missing", "DROP INDEX VQ_USER_ROLE_ID_RLID_IDX", {},
-         "Upgrade complete: 5 upgraders ran, none failed."},
-        {"--refresh on an up-to-date repository", "", {"--refresh"},
-         "Upgrade complete: 5 upgraders ran, none failed."},
-        {"nothing to do", "", {}, "Up to date: no upgrader applies and the indices are in order; nothing was changed."},
+        {"an index the final pass makes is missing", "DROP INDEX VQ_USER_ROLE_ID_RLID_IDX", {}},
+        {"--refresh on an up-to-date repository", "", {"--refresh"}},
     };
     Snapshot reference = TakeSnapshot(*upgraded_);
     int n = 0;
@@ -149,7 +145,7 @@ TEST_F(LeftAlone, TheFinalPassRunsWhenItWouldChangeSomethingOrWhenAsked) {
         EXPECT_EQ(run.status, 0) << run.err;
         std::vector<std::string> lines = Lines(run.out);
         ASSERT_GE(lines.size(), 2u);
-        EXPECT_EQ(lines[lines.size() - 2], c.outcome);
+        EXPECT_EQ(lines[lines.size() - 2], "Upgrade complete: 5 upgraders ran, none failed.");
         EXPECT_EQ(Differences(TakeSnapshot(path), reference), "-");
     }
 }
