@@ -124,15 +124,7 @@ INSTANTIATE_TEST_SUITE_P(
                     }}),
     [](const ::testing::TestParamInfo<ConsoleCase>& info) { return info.param.name; });
 
-// Failures and tolerated failures, with their indented lines, are in the
-// log file test below.
-TEST(LogEntryFormat, CarriesTimeAndLevel) {
-    EXPECT_EQ(LogSink::Format("2024-05-17 09:41:07.250", "upgrade started", 3),
-              std::vector<std::string>{"2024-05-17 09:41:07.250 INFO upgrade started"});
-    EXPECT_EQ(LogSink::Format("2024-05-17 09:41:07.250", "", 7),
-              std::vector<std::string>{"2024-05-17 09:41:07.250 LEVEL 7 "});
-}
-
+// Information entries are in the progress digest's log test.
 TEST(LogSinkFile, IsCreatedByTheFirstEntryAndCountsLevels) {
     kdvq::testing::TempDir folder;
     std::string path = folder.File("run.log");
@@ -141,7 +133,8 @@ TEST(LogSinkFile, IsCreatedByTheFirstEntryAndCountsLevels) {
     sink.Write("a\r\nb", kLogFailure);
     sink.Write("c", kLogTolerated);
     sink.Write("d", kLogTolerated);
-    EXPECT_EQ(ReadWholeFile(path), "T ERROR a\n    b\nT TOLERATED c\nT TOLERATED d\n");
+    sink.Write("e", 7);
+    EXPECT_EQ(ReadWholeFile(path), "T ERROR a\n    b\nT TOLERATED c\nT TOLERATED d\nT LEVEL 7 e\n");
     EXPECT_EQ(sink.Count(kLogFailure), 1);
     EXPECT_EQ(sink.Count(kLogTolerated), 2);
     EXPECT_EQ(sink.Count(kLogInformation), 0);
