@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/host/case_transcript.h"
 #include "host/console.h"
 #include "host/log_sink.h"
 #include "host/run_presenter.h"
@@ -16,11 +17,12 @@
 namespace kdhost::testing {
 namespace {
 
+// What each case prints is in transcripts/text_output_test, in a file
+// named after the case.
 struct ConsoleCase {
     std::string name;
     bool terminal;
     std::function<void(Console&)> write;
-    std::string expected;
 };
 
 void PrintTo(const ConsoleCase& value, std::ostream* out) { *out << value.name; }
@@ -31,53 +33,41 @@ TEST_P(ConsoleOutput, PrintsStepsAsExpected) {
     MemoryStream stream;
     Console console(stream.File(), GetParam().terminal);
     GetParam().write(console);
-    EXPECT_EQ(stream.Text(), GetParam().expected);
+    ExpectCaseOutput(GetParam().name, stream.Text());
+}
+
+void StepAndOutcome(Console& c) {
+    c.StepStarting("Creating table KD_VQ_TASKS");
+    c.StepFinished("Done.");
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, ConsoleOutput,
     ::testing::Values(
-        ConsoleCase{"PlainStepAndOutcome", false,
-                    [](Console& c) {
-                        c.StepStarting("Creating table KD_VQ_TASKS");
-                        c.StepFinished("Done.");
-                    },
-                    "  Creating table KD_VQ_TASKS\n    Done.\n"},
-        ConsoleCase{"TerminalOutcomeOnTheStepLine", true,
-                    [](Console& c) {
-                        c.StepStarting("Creating table KD_VQ_TASKS");
-                        c.StepFinished("Done.");
-                    },
-                    "  Creating table KD_VQ_TASKS ... Done.\n"},
+        ConsoleCase{"PlainStepAndOutcome", false, StepAndOutcome},
+        ConsoleCase{"TerminalOutcomeOnTheStepLine", true, StepAndOutcome},
         ConsoleCase{"TerminalNoticeLosesItsDotsAtTheNextText", true,
                     [](Console& c) {
                         c.StepStarting("Tables created.");
                         c.StepStarting("Adding column A to table B");
                         c.Line("KDVqUpgrader832: Framework upgrade");
-                    },
-                    "  Tables created. ...\r  Tables created.\x1b[K\n"
-                    "  Adding column A to table B ...\r  Adding column A to table B\x1b[K\n"
-                    "KDVqUpgrader832: Framework upgrade\n"},
-        ConsoleCase{"TerminalOutcomeWithoutStep", true, [](Console& c) { c.StepFinished("Done."); },
-                    "    Done.\n"},
+                    }},
+        ConsoleCase{"TerminalOutcomeWithoutStep", true, [](Console& c) { c.StepFinished("Done."); }},
         ConsoleCase{"LineBreaksOfTheUpgradersAreIndented", false,
                     [](Console& c) {
                         c.StepStarting("modMain::DoCommand\r\n-2147217900: no such table\r\nCommand: x");
-                    },
-                    "  modMain::DoCommand\n    -2147217900: no such table\n    Command: x\n"},
+                    }},
         ConsoleCase{"TabsKeptAndTrailingBlanksDropped", false,
                     [](Console& c) {
                         c.StepStarting("\tA role belongs to one extension only.  ");
                         c.StepStarting("");
-                    },
-                    "  \tA role belongs to one extension only.\n\n"},
+                    }},
         ConsoleCase{"InterruptEndsAnOpenLineOnce", true,
                     [](Console& c) {
                         c.StepStarting("Updating table X");
                         c.Interrupt();
                         c.Interrupt();
-                    },
-                    "  Updating table X ...\r  Updating table X\x1b[K\n"},
+                    }},
         // The live status line: always the last line, erased before
         // anything else is written and drawn again after it.
         ConsoleCase{"LiveLineRedrawnInPlaceAndAfterALine", true,
@@ -85,43 +75,33 @@ INSTANTIATE_TEST_SUITE_P(
                         c.SetStatus("[A 1.0 s]");
                         c.SetStatus("[A 1.2 s]");
                         c.Line("x");
-                    },
-                    "[A 1.0 s]\r\x1b[K[A 1.2 s]\r\x1b[Kx\n[A 1.2 s]"},
+                    }},
         ConsoleCase{"OpenStepIsPartOfTheLiveLine", true,
                     [](Console& c) {
                         c.SetStatus("[S]");
                         c.StepStarting("Updating");
                         c.StepFinished("Done.");
-                    },
-                    "[S]\r\x1b[K  Updating ... [S]\r\x1b[K  Updating ... Done.\n[S]"},
+                    }},
         ConsoleCase{"NoticeUnderTheLiveLineEndsAsAPlainLine", true,
                     [](Console& c) {
                         c.SetStatus("[S]");
                         c.StepStarting("Role A");
                         c.StepStarting("Role B");
-                    },
-                    "[S]\r\x1b[K  Role A ... [S]\r\x1b[K  Role A\n  Role B ... [S]"},
+                    }},
         ConsoleCase{"StatusComesAndGoesOverAnOpenStep", true,
                     [](Console& c) {
                         c.StepStarting("Updating");
                         c.SetStatus("[S]");
                         c.SetStatus("");
-                    },
-                    "  Updating ...\r\x1b[K  Updating ... [S]\r\x1b[K  Updating ..."},
+                    }},
         ConsoleCase{"LiveLineCutToTheWidthByCharacters", true,
-                    [](Console& c) { c.SetStatus(std::string(100, 'x') + "\xC3\xA9"); },
-                    std::string(79, 'x')},
+                    [](Console& c) { c.SetStatus(std::string(100, 'x') + "\xC3\xA9"); }},
         ConsoleCase{"WideCharactersAreNotCutInHalf", true,
                     [](Console& c) {
                         std::string text;
                         for (int i = 0; i < 90; ++i) text += "\xC3\xA9";
                         c.SetStatus(text);
-                    },
-                    [] {
-                        std::string text;
-                        for (int i = 0; i < 79; ++i) text += "\xC3\xA9";
-                        return text;
-                    }()},
+                    }},
         ConsoleCase{"CloseErasesTheLiveLineAndSilences", true,
                     [](Console& c) {
                         c.SetStatus("[S]");
@@ -129,33 +109,22 @@ INSTANTIATE_TEST_SUITE_P(
                         c.Close();
                         c.Line("late");
                         c.SetStatus("[T]");
-                    },
-                    "[S]\r\x1b[K  Updating ... [S]\r\x1b[K  Updating\n"},
+                    }},
         ConsoleCase{"InterruptHidesTheLiveLineUntilTheNextWrite", true,
                     [](Console& c) {
                         c.SetStatus("[S]");
                         c.Interrupt();
                         c.SetStatus("[T]");
                         c.Line("x");
-                    },
-                    "[S]\r\x1b[Kx\n[T]"},
+                    }},
         ConsoleCase{"NoLiveLineWithoutATerminal", false,
                     [](Console& c) {
                         c.SetStatus("[S]");
                         c.Line("x");
-                    },
-                    "x\n"}),
+                    }}),
     [](const ::testing::TestParamInfo<ConsoleCase>& info) { return info.param.name; });
 
-// Failures and tolerated failures, with their indented lines, are in the
-// log file test below.
-TEST(LogEntryFormat, CarriesTimeAndLevel) {
-    EXPECT_EQ(LogSink::Format("2024-05-17 09:41:07.250", "upgrade started", 3),
-              std::vector<std::string>{"2024-05-17 09:41:07.250 INFO upgrade started"});
-    EXPECT_EQ(LogSink::Format("2024-05-17 09:41:07.250", "", 7),
-              std::vector<std::string>{"2024-05-17 09:41:07.250 LEVEL 7 "});
-}
-
+// Information entries are in the progress digest's log test.
 TEST(LogSinkFile, IsCreatedByTheFirstEntryAndCountsLevels) {
     kdvq::testing::TempDir folder;
     std::string path = folder.File("run.log");
@@ -164,7 +133,8 @@ TEST(LogSinkFile, IsCreatedByTheFirstEntryAndCountsLevels) {
     sink.Write("a\r\nb", kLogFailure);
     sink.Write("c", kLogTolerated);
     sink.Write("d", kLogTolerated);
-    EXPECT_EQ(ReadWholeFile(path), "T ERROR a\n    b\nT TOLERATED c\nT TOLERATED d\n");
+    sink.Write("e", 7);
+    EXPECT_EQ(ReadWholeFile(path), "T ERROR a\n    b\nT TOLERATED c\nT TOLERATED d\nT LEVEL 7 e\n");
     EXPECT_EQ(sink.Count(kLogFailure), 1);
     EXPECT_EQ(sink.Count(kLogTolerated), 2);
     EXPECT_EQ(sink.Count(kLogInformation), 0);
@@ -201,27 +171,7 @@ TEST(RunPresentation, ShowsPassesOutcomesAndSystemTables) {
     presenter.SystemTablesListed({"mobile", "KDHideMobileTables",
                                   {"KD_MOBILE_DB_VERSION", "KD_MOBILE_PACKET_ADAPTERS", "KD_MOBILE_STATE",
                                    "KD_MOBILE_STORED_DISPLAY", "KD_MOBILE_EXTRA"}});
-    EXPECT_EQ(Lines(stream.Text()),
-              (std::vector<std::string>{
-                  "Pass 2 (core version 1206)",
-                  "KDVqUpgrader832: Framework upgrade to release 8.3.2",
-                  "  succeeded",
-                  "KDUpgradeSM830: Session Manager upgrade to release 8.3.0",
-                  "  FAILED: answered False",
-                  "KDUpgradeWFM830",
-                  "  FAILED: its Enabled test raised an error:",
-                  "    tag",
-                  "    no such table",
-                  "KDVqUpgrader902: Framework upgrade to release 9.0.2",
-                  "  FAILED with an error:",
-                  "    overflow",
-                  "Final pass 3, for the upgraders that move no version (core version 4866)",
-                  "KDCreateTableIndices: Create table indices",
-                  "  done; it answers False by design, which is no failure",
-                  "  System tables of the mobile part (5):",
-                  "    KD_MOBILE_DB_VERSION, KD_MOBILE_PACKET_ADAPTERS, KD_MOBILE_STATE, KD_MOBILE_STORED_DISPLAY",
-                  "    KD_MOBILE_EXTRA",
-              }));
+    kdvq::testing::ExpectTranscript("run presentation", Lines(stream.Text()));
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // The pass algorithm of an upgrade run, over upgraders made by the test and
 // registered in the process, on a real SQLite repository.
-#include <cctype>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,8 +15,8 @@
 #include "platform/automation/collection.h"
 #include "platform/com/error_info.h"
 #include "platform/com/runtime.h"
+#include "tests/host/case_transcript.h"
 #include "tests/support/test_host.h"
-#include "tests/support/transcript_file.h"
 
 namespace kdhost::testing {
 namespace {
@@ -130,12 +129,6 @@ struct Scenario {
     std::vector<FakeClass> classes;  // in registration order
     bool succeeded;
 };
-
-std::string Words(const std::string& camelCase) {
-    std::string words;
-    for (char c : camelCase) words += std::string(std::isupper(static_cast<unsigned char>(c)) ? " " : "") + c;
-    return words;
-}
 
 void PrintTo(const Scenario& value, std::ostream* out) { *out << value.name; }
 

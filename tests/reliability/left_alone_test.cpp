@@ -64,7 +64,7 @@ protected:
         std::filesystem::create_directory(bench_->File(name));
         std::string path = bench_->File(name + "/repository.db");
         CopyDatabase(*upgraded_, path);
-        SetJournalMode(path, journalMode);
+        ExecSqlite(path, "PRAGMA journal_mode=" + journalMode);
         return path;
     }
 
@@ -123,33 +123,29 @@ struct FinalPassCase {
     const char* situation;
     std::string damage;             // a statement run on the repository first; "" for none
     std::vector<std::string> extra;  // options added to the upgrade
-    const char* outcome;            // the line before the log's
 };
 
-// The indexes and system-table lists are made again only when the run
-// would change them, or when asked to; either way the repository ends as
-// an uninterrupted upgrade leaves it.
+// The indexes and system-table lists are made again when the run would
+// change them, or when asked to (that nothing runs otherwise is checked
+// above), and the repository ends as an uninterrupted upgrade leaves it.
 TEST_F(LeftAlone, TheFinalPassRunsWhenItWouldChangeSomethingOrWhenAsked) {
     const std::vector<FinalPassCase> cases = {
-        {"an index the final pass makes is missing", "DROP INDEX VQ_USER_ROLE_ID_RLID_IDX", {},
-         "Upgrade complete: 5 upgraders ran, none failed."},
-        {"--refresh on an up-to-date repository", "", {"--refresh"},
-         "Upgrade complete: 5 upgraders ran, none failed."},
-        {"nothing to do", "", {}, "Up to date: no upgrader applies and the indices are in order; nothing was changed."},
+        {"an index the final pass makes is missing", "DROP INDEX VQ_USER_ROLE_ID_RLID_IDX", {}},
+        {"--refresh on an up-to-date repository", "", {"--refresh"}},
     };
     Snapshot reference = TakeSnapshot(*upgraded_);
     int n = 0;
     for (const FinalPassCase& c : cases) {
         SCOPED_TRACE(c.situation);
         std::string path = Copy("final-" + std::to_string(++n), "delete");
-        if (!c.damage.empty()) ExecuteStatement(path, c.damage);
+        if (!c.damage.empty()) ExecSqlite(path, c.damage);
         std::vector<std::string> args = UpgradeArgs(path);
         args.insert(args.end(), c.extra.begin(), c.extra.end());
         RunnerResult run = bench_->Run(args);
         EXPECT_EQ(run.status, 0) << run.err;
         std::vector<std::string> lines = Lines(run.out);
         ASSERT_GE(lines.size(), 2u);
-        EXPECT_EQ(lines[lines.size() - 2], c.outcome);
+        EXPECT_EQ(lines[lines.size() - 2], "Upgrade complete: 5 upgraders ran, none failed.");
         EXPECT_EQ(Differences(TakeSnapshot(path), reference), "-");
     }
 }

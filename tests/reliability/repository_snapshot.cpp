@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <functional>
 #include <set>
-#include <stdexcept>
 
 namespace kdhost::testing {
 
@@ -47,11 +46,9 @@ std::string Join(const Row& row, const char* separator) {
 
 std::string Quoted(const std::string& name) { return "\"" + name + "\""; }
 
-void WithDatabase(const std::string& path, const std::function<void(sqlite3*)>& use, bool writable = false) {
+void WithDatabase(const std::string& path, const std::function<void(sqlite3*)>& use) {
     sqlite3* db = nullptr;
-    if (sqlite3_open_v2(path.c_str(), &db, writable ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY, nullptr) ==
-        SQLITE_OK)
-        use(db);
+    if (sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK) use(db);
     sqlite3_close(db);
 }
 
@@ -87,23 +84,6 @@ Snapshot TakeSnapshot(const std::string& path) {
         }
     });
     return snapshot;
-}
-
-void ExecuteStatement(const std::string& path, const std::string& sql) {
-    std::string error = "cannot be opened";
-    WithDatabase(
-        path,
-        [&](sqlite3* db) {
-            char* message = nullptr;
-            error = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, &message) == SQLITE_OK ? "" : message;
-            sqlite3_free(message);
-        },
-        true);
-    if (!error.empty()) throw std::runtime_error(path + ": " + sql + ": " + error);
-}
-
-void SetJournalMode(const std::string& path, const std::string& mode) {
-    ExecuteStatement(path, "PRAGMA journal_mode=" + mode);
 }
 
 std::string IntegrityCheck(const std::string& path) {

@@ -27,11 +27,6 @@ Snapshot TakeSnapshot(const std::string& path);
 // Rows compare as multisets: a doubled row differs as a lost one does.
 std::string Differences(const Snapshot& snapshot, const Snapshot& reference);
 
-// Runs one statement on a closed database file; raises when it fails.
-void ExecuteStatement(const std::string& path, const std::string& sql);
-// Puts the file in that journal mode ("delete", "wal"); it stays in it.
-void SetJournalMode(const std::string& path, const std::string& mode);
-
 // The answer of PRAGMA integrity_check, lines joined by "\n".
 std::string IntegrityCheck(const std::string& path);
 

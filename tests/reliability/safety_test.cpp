@@ -25,27 +25,22 @@ struct BackupCase {
 
 void PrintTo(const BackupCase& value, std::ostream* out) { *out << value.name; }
 
-std::string Fill(std::string text, const std::string& key, const std::string& value) {
-    size_t at = text.find(key);
-    return at == std::string::npos ? text : text.replace(at, key.size(), value);
-}
-
 class Backup : public ::testing::TestWithParam<BackupCase> {};
 
 TEST_P(Backup, IsTakenBeforeAnythingChangesOrTheRunIsRefused) {
     const BackupCase& c = GetParam();
     Workbench bench;
     std::string path = bench.Sample("8.2", "repository.db");
-    std::string backup = Fill(c.backup, "FOLDER", bench.Folder());
+    std::string backup = ReplaceAll(c.backup, "FOLDER", bench.Folder());
     if (c.backupExists) WriteWholeFile(backup, "an older backup\n");
     Snapshot before = TakeSnapshot(path);
     std::string bytes = ReadWholeFile(path);
 
-    std::vector<std::string> args = UpgradeArgs(Fill(c.db, "PATH", path));
+    std::vector<std::string> args = UpgradeArgs(ReplaceAll(c.db, "PATH", path));
     args.insert(args.end(), {"--backup", backup});
     RunnerResult result = bench.Run(args);
     EXPECT_EQ(result.status, c.status);
-    EXPECT_EQ(result.err, Fill(c.err, "FOLDER", bench.Folder()));
+    EXPECT_EQ(result.err, ReplaceAll(c.err, "FOLDER", bench.Folder()));
     if (c.status != 0) {
         // Refused before anything ran: the repository and an existing file
         // are as they were, and nothing was logged.

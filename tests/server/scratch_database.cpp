@@ -24,11 +24,6 @@ std::string KeyOf(const std::string& pair) {
     return key;
 }
 
-bool IsCommentOrBlank(const std::string& line) {
-    size_t first = line.find_first_not_of(" \t\r");
-    return first == std::string::npos || line.compare(first, 2, "--") == 0;
-}
-
 }  // namespace
 
 std::string WithKey(const std::string& connectionString, const std::string& key, const std::string& value) {
@@ -45,24 +40,6 @@ std::string WithKey(const std::string& connectionString, const std::string& key,
     }
     if (!replaced) result += key + "=" + value + ";";
     return result;
-}
-
-std::vector<std::string> ScriptStatements(const std::string& script) {
-    std::vector<std::string> statements;
-    std::string current;
-    std::istringstream lines(script);
-    for (std::string line; std::getline(lines, line);) {
-        if (IsCommentOrBlank(line)) continue;
-        current += (current.empty() ? "" : "\n") + line;
-        size_t last = line.find_last_not_of(" \t\r");
-        if (line[last] == ';') {
-            current.erase(current.find_last_of(';'));
-            statements.push_back(current);
-            current.clear();
-        }
-    }
-    if (!current.empty()) statements.push_back(current);
-    return statements;
 }
 
 std::string ScratchDatabase::SkipReason() {
@@ -105,7 +82,7 @@ com::ComPtr<ado::Connection> ScratchDatabase::Connect() const {
 
 void ScratchDatabase::Load(const std::string& script) {
     com::ComPtr<ado::Connection> connection = Connect();
-    for (const std::string& statement : ScriptStatements(script)) connection->Execute(statement);
+    connection->Execute(script);
     connection->Close();
 }
 

@@ -15,10 +15,6 @@ namespace kdvq::server {
 // when it has none; every other key is kept as it is.
 std::string WithKey(const std::string& connectionString, const std::string& key, const std::string& value);
 
-// The statements of a SQL script: comment lines ("--") left out, the rest
-// split at the semicolons that end a line.
-std::vector<std::string> ScriptStatements(const std::string& script);
-
 class ScratchDatabase {
 public:
     // Why the server tests cannot run here; "" when they can.
@@ -31,7 +27,7 @@ public:
 
     // The ODBC connection string of the new database.
     const std::string& ConnectionString() const { return connectionString_; }
-    // Runs a SQL script's statements one by one.
+    // Runs a SQL script; the server takes its statements in one call.
     void Load(const std::string& script);
     // The rows of a query, one text per row (values as tests write them,
     // joined with "|"); a new connection each time, so that nothing stays

@@ -6,13 +6,11 @@
 #include <gtest/gtest.h>
 
 #include "tests/host/json_document.h"
-#include "tests/host/runner_process.h"
+#include "tests/reliability/workbench.h"
 #include "tests/support/test_host.h"
 
 namespace kdhost::testing {
 namespace {
-
-using kdvq::testing::TempDir;
 
 // The rows of a query, read through the data-access layer.
 std::vector<std::string> Rows(const std::string& path, const std::string& sql) {
@@ -26,24 +24,10 @@ std::vector<int> Versions(const Json& versions) {
     return numbers;
 }
 
-class RunnerUpgrade : public ::testing::Test {
-protected:
-    RunnerResult Run(const std::vector<std::string>& args) { return RunRunner(args, {runnerFolder_.Path(), false}); }
-    std::string Sample() {
-        std::string path = repositoryFolder_.File("sample.db");
-        RunnerResult made = Run({"sample", "--release", "8.2", "--db", path});
-        EXPECT_EQ(made.status, 0) << made.err;
-        EXPECT_EQ(made.out, "Created a sample repository of release 8.2 in " + path + "\n");
-        return path;
-    }
-
-    TempDir repositoryFolder_;
-    TempDir runnerFolder_;
-};
-
-TEST_F(RunnerUpgrade, StatusJsonListsEveryClassWithItsAnswer) {
-    std::string path = Sample();
-    RunnerResult result = Run({"status", "--db", path, "--json"});
+TEST(RunnerUpgrade, StatusJsonListsEveryClassWithItsAnswer) {
+    Workbench bench;
+    std::string path = bench.Sample("8.2", "sample.db");
+    RunnerResult result = bench.Run({"status", "--db", path, "--json"});
     ASSERT_EQ(result.status, 0) << result.err;
     Json document = ParseJson(result.out);
     EXPECT_EQ(Keys(document),
@@ -60,10 +44,10 @@ TEST_F(RunnerUpgrade, StatusJsonListsEveryClassWithItsAnswer) {
     EXPECT_EQ(Rows(path, "SELECT VERSION FROM KD_VQ_DB_VERSION"), std::vector<std::string>{"1100"});
 }
 
-TEST_F(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
-    std::string path = Sample();
-    RunnerResult first = Run({"upgrade", "--db", path, "--database-id", "REPO-7", "--setting",
-                              "BulletinBoard Version/VersionName=9.3.1"});
+TEST(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
+    Workbench bench;
+    std::string path = bench.Sample("8.2", "sample.db");
+    RunnerResult first = bench.Run(UpgradeArgs(path));
     ASSERT_EQ(first.status, 0) << first.err;
     std::vector<std::string> lines = Lines(first.out);
     ASSERT_GE(lines.size(), 3u);
@@ -76,7 +60,7 @@ TEST_F(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
 
     // A second run finds nothing to do and changes nothing; --refresh runs
     // the final pass all the same.
-    RunnerResult second = Run({"upgrade", "--db", path, "--json"});
+    RunnerResult second = bench.Run({"upgrade", "--db", path, "--json"});
     ASSERT_EQ(second.status, 0) << second.err;
     Json document = ParseJson(second.out);
     EXPECT_EQ(Keys(document), (std::vector<std::string>{"target", "versions_before", "versions_after", "upgraders",
@@ -88,7 +72,7 @@ TEST_F(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
     EXPECT_TRUE(document.at("up_to_date").get<bool>());
     EXPECT_TRUE(document.at("upgraders").empty());
 
-    RunnerResult refreshed = Run({"upgrade", "--db", path, "--json", "--refresh"});
+    RunnerResult refreshed = bench.Run({"upgrade", "--db", path, "--json", "--refresh"});
     ASSERT_EQ(refreshed.status, 0) << refreshed.err;
     document = ParseJson(refreshed.out);
     EXPECT_FALSE(document.at("up_to_date").get<bool>());
