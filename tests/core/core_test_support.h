@@ -8,7 +8,6 @@
 
 namespace kdvq::testing {
 
-using Script = std::function<void(ado::ScriptedProvider&)>;
 // A repository whose core version row reads version, where the queries in
 // present answer (no rows) and the statement failing fails with nativeError.
 inline Script CoreRepository(int32_t version, std::vector<std::string> present = {}, std::string failing = "",

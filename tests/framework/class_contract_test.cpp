@@ -1,6 +1,7 @@
-// What all 31 classes share, one row a class: Name and Description, the
-// class name their error tags carry, and the chain of tags a failure
-// carries from wherever it can start.
+// What all 31 classes share, one row a class in the order the library
+// declares (and registers) them: Name and Description, the class name
+// their error tags carry, and the chain of tags a failure carries from
+// wherever it can start.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -84,6 +85,7 @@ TEST(EveryClass, NameAndDescription) {
     ASSERT_EQ(std::size(kClasses), UpgraderClasses().size());
     for (const ClassRow& row : kClasses) {
         SCOPED_TRACE(row.name);
+        EXPECT_EQ(std::string(UpgraderClasses()[&row - kClasses].name), row.name) << "declared order";
         TestHost host;
         auto create = Creator(row.name);
         ASSERT_NE(create, nullptr);
