@@ -81,7 +81,7 @@ UpgraderPtr (*Creator(const std::string& name))() {
     return nullptr;
 }
 
-TEST(EveryClass, NameAndDescription) {
+TEST(EveryClass, NameDescriptionAndCategory) {
     ASSERT_EQ(std::size(kClasses), UpgraderClasses().size());
     for (const ClassRow& row : kClasses) {
         SCOPED_TRACE(row.name);
@@ -99,6 +99,13 @@ TEST(EveryClass, NameAndDescription) {
         if (std::string(row.name) != "KDCreateTableIndices") {
             EXPECT_TRUE(upgrader->TablesToUpgrade().IsEmpty());
         }
+        // Registered in the upgrader category, once.
+        Variant categories;
+        ASSERT_EQ(upgrader->CategoriesToReg(&categories), com::S_OK);
+        auto list = automation::CollectionOf(categories);
+        ASSERT_TRUE(list);
+        EXPECT_EQ(list->Count(), 1);
+        EXPECT_EQ(list->Item(1), Variant(TestHost::UpgraderCategory()));
     }
 }
 

@@ -1,6 +1,5 @@
 // The error routine: what reaches the logger, what is raised, and how the
-// message and source change for the caller. (The handlers that tag a
-// failure in flight are seen in every class's transcripts and tag chains.)
+// message and source change for the caller.
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -80,6 +79,27 @@ TEST(ReportError, LogsAndRaisesAsAsked) {
         EXPECT_EQ(message, c.messageAfter);
         EXPECT_EQ(source, c.sourceAfter);
     }
+}
+
+// A handler tags the failure in flight and raises it on; a line carried up
+// from a callee is not the handler's own. (Its extra text and its own line
+// are seen in the 9.0.2 session transcripts.)
+TEST(HandleFailure, TagsTheFailureInFlightWithoutTheCalleesLine) {
+    testing::TestHost host;
+    std::optional<Raised> raised;
+    try {
+        try {
+            throw BasicError(-2147217900, "db", "no such table", 99);
+        } catch (...) {
+            HandleFailure("KDUpgradeSM902::MoveHistoryRecords", true, 1, 0, "");
+        }
+    } catch (const BasicError& e) {
+        raised = Raised{e.Number(), e.Source(), e.Description()};
+    }
+    EXPECT_EQ(host.Log().Lines(),
+              std::vector<std::string>{
+                  "LOG 1 kdVqUpgraders:\\r\\nKDUpgradeSM902::MoveHistoryRecords\\r\\nno such table"});
+    EXPECT_EQ(raised, (Raised{-2147217900, "db", "KDUpgradeSM902::MoveHistoryRecords\r\nno such table"}));
 }
 
 }  // namespace
