@@ -24,15 +24,11 @@ using Variant = automation::Variant;
 inline const std::string kOracle = "OraOLEDB.Oracle";
 inline const std::string kSqlServer = "SQLOLEDB";
 
-// One of the two dialects a golden transcript is written for: one table of
-// steps serves both, Pick choosing the text where the dialects differ.
+// One of the two dialects a golden transcript is written for.
 struct Dialect {
     bool oracle;
     const std::string& Provider() const { return oracle ? kOracle : kSqlServer; }
     std::string Name() const { return oracle ? "Oracle" : "SqlServer"; }
-    std::string Pick(const std::string& forOracle, const std::string& forSqlServer) const {
-        return oracle ? forOracle : forSqlServer;
-    }
 };
 inline const Dialect kDialects[] = {{true}, {false}};
 
