@@ -8,7 +8,6 @@
 
 namespace kdvq::testing {
 
-using Script = std::function<void(ado::ScriptedProvider&)>;
 // A repository whose core version row reads version, where the queries in
 // present answer (no rows) and the statement failing fails with nativeError.
 inline Script CoreRepository(int32_t version, std::vector<std::string> present = {}, std::string failing = "",
@@ -21,7 +20,7 @@ inline Script CoreRepository(int32_t version, std::vector<std::string> present =
 }
 
 // One scripted situation of one class: Enabled with version (which must
-// enable it), then Execute; outcome and raised as in Situation.
+// enable it), then Execute; outcome as in Situation.
 struct ScriptedCase {
     std::string name;
     std::string provider;
@@ -29,13 +28,12 @@ struct ScriptedCase {
     Script script;
     std::string outcome;
     std::string prefix = "";
-    std::string raised = "";
 };
 inline void ExpectScripted(UpgraderPtr (*create)(), const std::vector<ScriptedCase>& cases,
                            const char* testFile = __builtin_FILE()) {
     std::vector<Situation> situations;
     for (const ScriptedCase& c : cases) {
-        situations.push_back({c.name, c.provider, c.script, c.outcome, c.prefix, c.version, c.raised});
+        situations.push_back({c.name, c.provider, c.script, c.outcome, c.prefix, c.version});
     }
     ExpectSituations(create, situations, testFile);
 }

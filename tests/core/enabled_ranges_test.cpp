@@ -25,11 +25,10 @@ TEST(CoreUpgraders, EnabledOnlyInsideTheirVersionRange) {
         for (const auto& [version, enabled] : std::vector<std::pair<int32_t, bool>>{
                  {r.first - 1, !bounded || r.first < 0}, {r.first, true}, {r.last, true}, {r.last + 1, !bounded}}) {
             SCOPED_TRACE(std::string(r.name) + " at " + std::to_string(version));
-            TestHost host;
-            auto connection = host.ScriptedConnection(kOracle);
-            EXPECT_EQ(CallEnabled(r.create().Get(), host.Login(connection.Get()).Get(), version), enabled);
+            ScriptedRun run(kOracle);
+            EXPECT_EQ(run.Enabled(r.create, version), enabled);
             // Enabled only takes the login; it reads nothing.
-            EXPECT_EQ(host.Log().Lines(), Lines{});
+            EXPECT_EQ(run.host.Log().Lines(), Lines{});
         }
     }
 }

@@ -77,14 +77,6 @@ TEST(KDVqUpgrader901sp1, ScriptedSituations) {
              p.FailQuery(plain.FilterPass(5));
          },
          "False"},
-        {"oracle, target states unreadable: the failure reaches the host", kOracle, 1926,
-         [&](auto& p) {
-             Repository(p, plain);
-             p.FailQuery(plain.targets);
-         },
-         "raised", "",
-         "KDVqUpgrade901sp1::IKDVqDatabaseUpgrader_Execute\r\nKDVqUpgrade901sp1::UpgradeOracle\r\n"
-         "KDVqUpgrade901sp1::UpdateTransitionNodeTypeId\r\nObject variable or With block variable not set"},
     };
     ExpectScripted(New_KDVqUpgrader901sp1, cases);
 }

@@ -1,6 +1,7 @@
-// What all 31 classes share, one row a class: Name and Description, the
-// class name their error tags carry, and the chain of tags a failure
-// carries from wherever it can start.
+// What all 31 classes share, one row a class in the order the library
+// declares (and registers) them: Name and Description, the class name
+// their error tags carry, and the chain of tags a failure carries from
+// wherever it can start.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -80,10 +81,11 @@ UpgraderPtr (*Creator(const std::string& name))() {
     return nullptr;
 }
 
-TEST(EveryClass, NameAndDescription) {
+TEST(EveryClass, NameDescriptionAndCategory) {
     ASSERT_EQ(std::size(kClasses), UpgraderClasses().size());
     for (const ClassRow& row : kClasses) {
         SCOPED_TRACE(row.name);
+        EXPECT_EQ(std::string(UpgraderClasses()[&row - kClasses].name), row.name) << "declared order";
         TestHost host;
         auto create = Creator(row.name);
         ASSERT_NE(create, nullptr);
@@ -97,6 +99,13 @@ TEST(EveryClass, NameAndDescription) {
         if (std::string(row.name) != "KDCreateTableIndices") {
             EXPECT_TRUE(upgrader->TablesToUpgrade().IsEmpty());
         }
+        // Registered in the upgrader category, once.
+        Variant categories;
+        ASSERT_EQ(upgrader->CategoriesToReg(&categories), com::S_OK);
+        auto list = automation::CollectionOf(categories);
+        ASSERT_TRUE(list);
+        EXPECT_EQ(list->Count(), 1);
+        EXPECT_EQ(list->Item(1), Variant(TestHost::UpgraderCategory()));
     }
 }
 

@@ -7,12 +7,12 @@
 namespace kdvq {
 namespace {
 
+// The transcript of each case is in transcripts/database_id_test/<name>.txt.
 struct DatabaseIdCase {
     const char* name;
     std::string setup;
     std::string answer;
     bool result;
-    std::vector<std::string> transcript;
     std::vector<std::string> versionRows;
     std::vector<std::string> targetRows;
 };
@@ -22,37 +22,33 @@ TEST(UpdateDatabaseId, CopiesOrAsksForTheIdentifier) {
         "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER, DATABASE_ID VARCHAR(64));\n"
         "CREATE TABLE KD_WMS_DB_VERSION (VERSION INTEGER, DATABASE_ID VARCHAR(64));\n"
         "INSERT INTO KD_WMS_DB_VERSION VALUES (1601, NULL);\n";
-    const std::vector<std::string> updated = {"START Updating DATABASE_ID column in KD_WMS_DB_VERSION table",
-                                              "DONE res102"};
     const std::vector<DatabaseIdCase> cases = {
-        {"existing identifier", tables + "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, 'PLANT-7')", "", true, updated,
+        {"existing identifier", tables + "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, 'PLANT-7')", "", true,
          {"1926|'PLANT-7'"}, {"1601|'PLANT-7'"}},
         {"Null identifier takes the user's answer", tables + "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, NULL)",
-         "NORTH", true,
-         {"INPUT res609|Database ID", "START Updating DATABASE_ID column in KD_WMS_DB_VERSION table", "DONE res102"},
-         {"1926|'NORTH'"}, {"1601|'NORTH'"}},
+         "NORTH", true, {"1926|'NORTH'"}, {"1601|'NORTH'"}},
         {"empty answer gives up", tables + "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, NULL)", "", false,
-         {"INPUT res609|Database ID"}, {"1926|Null"}, {"1601|Null"}},
-        {"no version row, nothing to copy", tables, "", false, {}, {}, {"1601|Null"}},
+         {"1926|Null"}, {"1601|Null"}},
+        {"no version row, nothing to copy", tables, "", false, {}, {"1601|Null"}},
         {"version table without the column",
          "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER);\n"
          "CREATE TABLE KD_WMS_DB_VERSION (VERSION INTEGER, DATABASE_ID VARCHAR(64));\n"
          "INSERT INTO KD_VQ_DB_VERSION VALUES (1926);\n"
          "INSERT INTO KD_WMS_DB_VERSION VALUES (1601, NULL)",
-         "", false, {}, {"1926"}, {"1601|Null"}},
+         "", false, {"1926"}, {"1601|Null"}},
         {"target without the column",
          "CREATE TABLE KD_VQ_DB_VERSION (VERSION INTEGER, DATABASE_ID VARCHAR(64));\n"
          "CREATE TABLE KD_WMS_DB_VERSION (VERSION INTEGER);\n"
          "INSERT INTO KD_VQ_DB_VERSION VALUES (1926, 'PLANT-7');\n"
          "INSERT INTO KD_WMS_DB_VERSION VALUES (1601)",
-         "", false, {}, {"1926|'PLANT-7'"}, {"1601"}},
+         "", false, {"1926|'PLANT-7'"}, {"1601"}},
     };
     for (const DatabaseIdCase& c : cases) {
         SCOPED_TRACE(c.name);
         testing::SqliteRun run(c.setup);
         run.host.SetInputBoxAnswer(c.answer);
         EXPECT_EQ(UpdateDatabaseId("", run.cn.Get(), "KD_WMS_DB_VERSION", run.host.Callback().Get()), c.result);
-        EXPECT_EQ(run.host.Log().Lines(), c.transcript);
+        testing::ExpectTranscript(c.name, run.host.Log().Lines());
         EXPECT_EQ(run.Rows("SELECT * FROM KD_VQ_DB_VERSION"), c.versionRows);
         EXPECT_EQ(run.Rows("SELECT * FROM KD_WMS_DB_VERSION"), c.targetRows);
     }

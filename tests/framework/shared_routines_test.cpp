@@ -35,13 +35,11 @@ TEST(CheckForTables, StopsAtTheFirstMissingTable) {
     };
     for (const TablesCase& c : cases) {
         SCOPED_TRACE(c.name);
-        testing::TestHost host;
-        ado::ScriptedProvider* provider = nullptr;
-        auto connection = host.ScriptedConnection("SQLOLEDB", &provider);
-        provider->AnswerQuery("SELECT * FROM KD_SESSION", {});
-        provider->AnswerQuery("SELECT * FROM KD_SESSION_MODS", {});
-        EXPECT_EQ(CheckForTables(c.tables, connection.Get()), c.result);
-        EXPECT_EQ(host.Log().Lines(), c.transcript);
+        testing::ScriptedRun run(testing::kSqlServer);
+        run.provider->AnswerQuery("SELECT * FROM KD_SESSION", {});
+        run.provider->AnswerQuery("SELECT * FROM KD_SESSION_MODS", {});
+        EXPECT_EQ(CheckForTables(c.tables, run.cn.Get()), c.result);
+        EXPECT_EQ(run.host.Log().Lines(), c.transcript);
     }
 }
 
@@ -51,18 +49,16 @@ TEST(AddPrimaryKeys, AnEmptyDictionaryAnswersFalseAndAFailedPairStopsTheRest) {
     const std::string notNull = "ALTER TABLE KD_VQ_TASKS MODIFY (TASK_ID NUMBER(38) NOT NULL)";
     for (bool empty : {true, false}) {
         SCOPED_TRACE(empty);
-        testing::TestHost host;
-        ado::ScriptedProvider* provider = nullptr;
-        auto connection = host.ScriptedConnection("OraOLEDB.Oracle", &provider);
-        provider->FailExecute(notNull, {942});
+        testing::ScriptedRun run(testing::kOracle);
+        run.provider->FailExecute(notNull, {942});
         auto keys = automation::Dictionary::Create();
         if (!empty) {
             keys->Add(Variant("KD_VQ_TASKS"), Variant("TASK_ID"));
             keys->Add(Variant("KD_VQ_ROLE"), Variant("ROLE_ID"));
         }
-        EXPECT_FALSE(AddPrimaryKeys(host.Callback().Get(), connection.Get(), *keys, true));
+        EXPECT_FALSE(AddPrimaryKeys(run.host.Callback().Get(), run.cn.Get(), *keys, true));
         // The failed NOT NULL still tries its key; the next pair is not tried.
-        EXPECT_EQ(host.Log().Lines(),
+        EXPECT_EQ(run.host.Log().Lines(),
                   (empty ? testing::Lines{}
                          : testing::Lines{"START res512(TASK_ID,KD_VQ_TASKS)", "EXEC " + notNull + " => ERROR 942",
                                           testing::CommandFailure(1, notNull), "START res511(KD_VQ_TASKS)",
@@ -71,13 +67,11 @@ TEST(AddPrimaryKeys, AnEmptyDictionaryAnswersFalseAndAFailedPairStopsTheRest) {
 }
 
 TEST(AddPrimaryKeys, AFailureNamesThePairAndIsRaised) {
-    testing::TestHost host;
-    ado::ScriptedProvider* provider = nullptr;
-    auto connection = host.ScriptedConnection("SQLOLEDB", &provider);
+    testing::ScriptedRun run(testing::kSqlServer);
     auto keys = automation::Dictionary::Create();
     keys->Add(Variant("KD_VQ_USER"), Variant::Null());
     try {
-        AddPrimaryKeys(host.Callback().Get(), connection.Get(), *keys, false);
+        AddPrimaryKeys(run.host.Callback().Get(), run.cn.Get(), *keys, false);
         FAIL() << "not raised";
     } catch (const automation::BasicError& e) {
         EXPECT_EQ(e.Number(), 94);
@@ -85,7 +79,7 @@ TEST(AddPrimaryKeys, AFailureNamesThePairAndIsRaised) {
                   "modMain::AddPrimaryKeys\r\nFailed to add primary key '' for table 'KD_VQ_USER'\r\nInvalid use of "
                   "Null");
     }
-    EXPECT_EQ(host.Log().Lines(),
+    EXPECT_EQ(run.host.Log().Lines(),
               std::vector<std::string>({"LOG 1 kdVqUpgraders:\\r\\nmodMain::AddPrimaryKeys\\r\\nFailed to add "
                                         "primary key '' for table 'KD_VQ_USER'\\r\\nInvalid use of Null"}));
 }

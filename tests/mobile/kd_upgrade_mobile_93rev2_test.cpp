@@ -1,59 +1,47 @@
 // Mobile 9.3 rev2: the packet adapter table, its six rows and the packet
 // extension column in one transaction, committed only when every step
 // succeeded.
-#include <functional>
-
 #include <gtest/gtest.h>
 
-#include "tests/session/upgrade_harness.h"
+#include "tests/support/scripted_repository.h"
+#include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {
 namespace {
 
-struct Case93 {
-    const char* name;
-    const char* provider;
-    bool adapterTable;
-    bool extensionColumn;
-    std::function<void(ScriptedRepository&)> failures;
-    std::string outcome;
-};
-
-class MobileUpgrade93rev2 : public ::testing::TestWithParam<Case93> {};
-
-TEST_P(MobileUpgrade93rev2, Transcript) {
-    const Case93& c = GetParam();
-    ScriptedRun run(c.provider);
-    run.repo.Version("KD_MOBILE_DB_VERSION", 3035);
-    run.repo.Table("KD_MOBILE_STATE", c.extensionColumn ? std::vector<std::string>{"NODE_ID", "PACKET_EXTENSION"}
-                                                    : std::vector<std::string>{"NODE_ID"});
-    if (c.adapterTable) run.repo.Table("KD_MOBILE_PACKET_ADAPTERS", {"OBJECTID"});
-    if (c.failures) c.failures(run.repo);
-    run.Expect(c.name, New_KDUpgradeMobile93rev2, "", 0, c.outcome);
+// The mobile part at 3035 with the adapter table and the packet extension
+// column or not; the failing statement fails.
+Script Repository(bool adapterTable, bool extensionColumn, std::string failing = "") {
+    return [=](ado::ScriptedProvider& p) {
+        ScriptedRepository repo(&p);
+        repo.Version("KD_MOBILE_DB_VERSION", 3035);
+        repo.Table("KD_MOBILE_STATE", extensionColumn ? std::vector<std::string>{"NODE_ID", "PACKET_EXTENSION"}
+                                                      : std::vector<std::string>{"NODE_ID"});
+        if (adapterTable) repo.Table("KD_MOBILE_PACKET_ADAPTERS", {"OBJECTID"});
+        if (!failing.empty()) repo.Fail(failing, {1});
+    };
 }
 
-const Case93 kCases[] = {
-    {"OracleFresh", "OraOLEDB.Oracle", false, false, nullptr, "True"},
-    {"SqlServerFresh", "SQLOLEDB", false, false, nullptr, "True"},
-    {"AdapterTableThereOnlyColumn", "OraOLEDB.Oracle", true, false, nullptr, "True"},
-    {"ColumnThereOnlyTable", "SQLOLEDB", false, true, nullptr, "True"},
-    // The first failing row ends the rows; nothing after it runs but the
-    // column test, and everything is rolled back.
-    {"FailedRowRollsBack", "OraOLEDB.Oracle", false, false,
-     [](ScriptedRepository& r) {
-         r.Fail("Insert into KD_MOBILE_PACKET_ADAPTERS COLUMNS(OBJECTID, PACKET_ADAPTER_PROGID, EXTENSION_NAME, "
-                "CALL_SEQUENCE_NUMBER) values (3, 'KDWFMMobileAdapters.kdExtent', 'KDWorkflowManager', 3)",
-                {1});
-     },
-     "False"},
-};
-
-INSTANTIATE_TEST_SUITE_P(Situations, MobileUpgrade93rev2, ::testing::ValuesIn(kCases),
-                         [](const ::testing::TestParamInfo<Case93>& info) { return std::string(info.param.name); });
+TEST(KDUpgradeMobile93rev2, ScriptedSituations) {
+    const std::vector<Situation> table = {
+        {"OracleFresh", kOracle, Repository(false, false), "True", "", 0},
+        {"SqlServerFresh", kSqlServer, Repository(false, false), "True", "", 0},
+        {"AdapterTableThereOnlyColumn", kOracle, Repository(true, false), "True", "", 0},
+        {"ColumnThereOnlyTable", kSqlServer, Repository(false, true), "True", "", 0},
+        // The first failing row ends the rows; nothing after it runs but the
+        // column test, and everything is rolled back.
+        {"FailedRowRollsBack", kOracle,
+         Repository(false, false,
+                    "Insert into KD_MOBILE_PACKET_ADAPTERS COLUMNS(OBJECTID, PACKET_ADAPTER_PROGID, EXTENSION_NAME, "
+                    "CALL_SEQUENCE_NUMBER) values (3, 'KDWFMMobileAdapters.kdExtent', 'KDWorkflowManager', 3)"),
+         "False", "", 0},
+    };
+    ExpectSituations(New_KDUpgradeMobile93rev2, table);
+}
 
 // On a real file a failed column or fill takes back everything the run
 // did: no adapter table, no new column, the version as it was.
-TEST(MobileUpgrade93rev2OnFile, FailureKeepsNothing) {
+TEST(KDUpgradeMobile93rev2, OnAFileAFailureKeepsNothing) {
     const std::string versionTable =
         "CREATE TABLE KD_MOBILE_DB_VERSION (VERSION INT);\nINSERT INTO KD_MOBILE_DB_VERSION VALUES (3035);\n";
     const std::pair<const char*, std::string> cases[] = {

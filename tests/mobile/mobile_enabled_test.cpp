@@ -2,8 +2,9 @@
 // mobile versions; no extension registration is asked for.
 #include <gtest/gtest.h>
 
-#include "tests/session/upgrade_harness.h"
 #include "tests/support/enabled_range.h"
+#include "tests/support/scripted_repository.h"
+#include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {
 namespace {
@@ -17,8 +18,8 @@ TEST(MobileEnabled, InsideItsCoreAndMobileRange) {
         {"9.3 rev2", New_KDUpgradeMobile93rev2, kAny, 3035, 5129},
     };
     const auto enabledOn = [](UpgraderPtr (*create)(), int32_t core, int32_t mobile, bool, bool) {
-        ScriptedRun run("SQLOLEDB");
-        if (mobile != kNoVersionTable) run.repo.Version("KD_MOBILE_DB_VERSION", mobile);
+        ScriptedRun run(kSqlServer);
+        if (mobile != kNoVersionTable) ScriptedRepository(run.provider).Version("KD_MOBILE_DB_VERSION", mobile);
         return run.Enabled(create, core);
     };
     for (const EnabledRange& r : ranges) ExpectEnabledRange(r, enabledOn, true);
@@ -27,11 +28,11 @@ TEST(MobileEnabled, InsideItsCoreAndMobileRange) {
 // 9.0.1 reads the mobile version only once the core version suffices; the
 // later upgraders read it first.
 TEST(MobileEnabledReads, VersionOnlyWhenCoreSufficesFor901) {
-    ScriptedRun run("SQLOLEDB");
-    run.repo.Version("KD_MOBILE_DB_VERSION", 2500);
+    ScriptedRun run(kSqlServer);
+    ScriptedRepository(run.provider).Version("KD_MOBILE_DB_VERSION", 2500);
     EXPECT_FALSE(run.Enabled(New_KDUpgradeMobile901, 2702));
     EXPECT_FALSE(run.Enabled(New_KDUpgradeMobile902, 2859));
-    EXPECT_EQ(run.host.Log().Lines(), std::vector<std::string>{"OPEN select VERSION from KD_MOBILE_DB_VERSION"});
+    EXPECT_EQ(run.host.Log().Lines(), Lines{"OPEN select VERSION from KD_MOBILE_DB_VERSION"});
 }
 
 }  // namespace

@@ -2,18 +2,20 @@
 // tables, the core version minimum and the session version range.
 #include <gtest/gtest.h>
 
-#include "tests/session/upgrade_harness.h"
 #include "tests/support/enabled_range.h"
+#include "tests/support/scripted_repository.h"
+#include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {
 namespace {
 
 bool EnabledOn(UpgraderPtr (*create)(), int32_t core, int32_t session, bool registered, bool sessionTable) {
-    ScriptedRun run("OraOLEDB.Oracle");
-    run.repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"},
-                   {{Variant("KDWorkflowManager")}, {Variant(registered ? "kdsessionmanager" : "KDMobile")}});
-    if (sessionTable) run.repo.Table("KD_SESSION", {"SESSION_ID"});
-    if (session != kNoVersionTable) run.repo.Version("KD_SESSION_DB_VERSION", session);
+    ScriptedRun run(kOracle);
+    ScriptedRepository repo(run.provider);
+    repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"},
+               {{Variant("KDWorkflowManager")}, {Variant(registered ? "kdsessionmanager" : "KDMobile")}});
+    if (sessionTable) repo.Table("KD_SESSION", {"SESSION_ID"});
+    if (session != kNoVersionTable) repo.Version("KD_SESSION_DB_VERSION", session);
     return run.Enabled(create, core);
 }
 

@@ -3,7 +3,8 @@
 // start from.
 #include <string>
 
-#include "tests/session/upgrade_harness.h"
+#include "tests/support/scripted_repository.h"
+#include "tests/support/upgrader_run.h"
 
 namespace kdvq::testing {
 

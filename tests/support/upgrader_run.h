@@ -24,29 +24,16 @@ using Variant = automation::Variant;
 inline const std::string kOracle = "OraOLEDB.Oracle";
 inline const std::string kSqlServer = "SQLOLEDB";
 
-// One of the two dialects a golden transcript is written for: one table of
-// steps serves both, Pick choosing the text where the dialects differ.
+// One of the two dialects a golden transcript is written for.
 struct Dialect {
     bool oracle;
     const std::string& Provider() const { return oracle ? kOracle : kSqlServer; }
     std::string Name() const { return oracle ? "Oracle" : "SqlServer"; }
-    std::string Pick(const std::string& forOracle, const std::string& forSqlServer) const {
-        return oracle ? forOracle : forSqlServer;
-    }
 };
 inline const Dialect kDialects[] = {{true}, {false}};
 
-inline Lines Join(std::initializer_list<Lines> parts) {
-    Lines all;
-    for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
-    return all;
-}
 // The lines from position first on.
 inline Lines From(const Lines& lines, size_t first) { return Lines(lines.begin() + static_cast<long>(first), lines.end()); }
-
-// A query that answered, and one that failed as a missing table or column.
-inline std::string Opened(const std::string& sql) { return "OPEN " + sql; }
-inline std::string Missing(const std::string& sql) { return "OPEN " + sql + " => ERROR 942"; }
 
 // The log line of a statement failing inside DoCommand.
 inline std::string CommandFailure(int32_t level, const std::string& sql,
@@ -54,17 +41,7 @@ inline std::string CommandFailure(int32_t level, const std::string& sql,
     return "LOG " + std::to_string(level) + " kdVqUpgraders:\\r\\nmodMain::DoCommand\\r\\n-2147217900: " +
            description + "\\r\\nCommand: " + sql;
 }
-// The log line of a failure reported by a handler chain, innermost tag last.
-inline std::string HandlerFailure(const std::vector<std::string>& tags, const std::string& description) {
-    std::string text = "LOG 1 kdVqUpgraders:";
-    for (const std::string& tag : tags) text += "\\r\\n" + tag;
-    return text + "\\r\\n" + description;
-}
 
-// A statement run with step reporting that succeeded.
-inline Lines Step(const std::string& progress, const std::string& sql) {
-    return {"START " + progress, "EXEC " + sql, "DONE res102"};
-}
 // Scripted rows with the given columns, and one column's rows.
 inline ado::ScriptedRows Table(std::vector<std::string> columns, std::vector<std::vector<Variant>> rows = {}) {
     return ado::ScriptedRows{std::move(columns), std::move(rows)};
@@ -89,11 +66,14 @@ inline std::string EnableAndExecute(TestHost& host, UpgraderBase* upgrader, ado:
     }
 }
 
+// What a situation sets up on the scripted provider before the run.
+using Script = std::function<void(ado::ScriptedProvider&)>;
+
 // One scripted situation of one class: the provider's rules, then a run.
 struct Situation {
     std::string name;
     std::string provider;
-    std::function<void(ado::ScriptedProvider&)> script;
+    Script script;
     std::string outcome;  // as EnableAndExecute answers
     std::string prefix = "";
     int32_t coreVersion = 9999;
@@ -104,20 +84,31 @@ struct Situation {
     std::vector<std::pair<std::string, std::string>> registry = {};
 };
 
+// A host with a connection over the scripted provider.
+struct ScriptedRun {
+    explicit ScriptedRun(const std::string& providerName) : cn(host.ScriptedConnection(providerName, &provider)) {}
+    // Enabled of a new upgrader, the login handing out the connection.
+    bool Enabled(UpgraderPtr (*create)(), int32_t coreVersion, const std::string& prefix = "") {
+        return CallEnabled(create().Get(), host.Login(cn.Get(), prefix).Get(), coreVersion);
+    }
+
+    TestHost host;
+    ado::ScriptedProvider* provider = nullptr;
+    com::ComPtr<ado::Connection> cn;
+};
+
 // Runs every situation on a new host and compares each transcript whole
 // with its file (see transcript_file.h).
 inline void ExpectSituations(UpgraderPtr (*create)(), const std::vector<Situation>& table,
                              const char* testFile = __builtin_FILE()) {
     for (const Situation& s : table) {
         SCOPED_TRACE(s.name);
-        TestHost host;
-        ado::ScriptedProvider* p = nullptr;
-        auto cn = host.ScriptedConnection(s.provider, &p);
-        s.script(*p);
-        for (const auto& [name, value] : s.registry) host.SetRegistryValue(name, value);
+        ScriptedRun run(s.provider);
+        s.script(*run.provider);
+        for (const auto& [name, value] : s.registry) run.host.SetRegistryValue(name, value);
         std::string raised;
-        EXPECT_EQ(EnableAndExecute(host, create().Get(), cn.Get(), s.prefix, s.coreVersion, &raised), s.outcome);
-        ExpectTranscript(s.name, host.Log().Lines(), testFile);
+        EXPECT_EQ(EnableAndExecute(run.host, create().Get(), run.cn.Get(), s.prefix, s.coreVersion, &raised), s.outcome);
+        ExpectTranscript(s.name, run.host.Log().Lines(), testFile);
         EXPECT_EQ(raised, s.raised);
     }
 }

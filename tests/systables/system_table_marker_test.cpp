@@ -42,18 +42,16 @@ TEST(SystemTableMarkers, EnabledByProbeAndExtension) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        TestHost host;
-        host.SetProbeAvailable(c.probe);
-        ado::ScriptedProvider* p = nullptr;
-        auto cn = host.ScriptedConnection("OraOLEDB.Oracle", &p);
+        ScriptedRun run(kOracle);
+        run.host.SetProbeAvailable(c.probe);
         ado::ScriptedRows rows{{"NAME"}, {}};
         for (const auto& e : c.extensions) rows.rows.push_back({e});
-        p->AnswerQuery("SELECT * FROM P_KD_VQ_SUPPORTED_EXTENSIONS", rows);
+        run.provider->AnswerQuery("SELECT * FROM P_KD_VQ_SUPPORTED_EXTENSIONS", rows);
 
         UpgraderPtr up = c.create();
         // The version is not looked at.
-        EXPECT_EQ(CallEnabled(up.Get(), host.Login(cn.Get(), "P_").Get(), 0), c.expected);
-        EXPECT_EQ(host.Log().Lines(), c.lines);
+        EXPECT_EQ(CallEnabled(up.Get(), run.host.Login(run.cn.Get(), "P_").Get(), 0), c.expected);
+        EXPECT_EQ(run.host.Log().Lines(), c.lines);
         // The login's connection and prefix are not kept.
         EXPECT_EQ(up->GetConnection(), nullptr);
         EXPECT_EQ(up->GetTablePrefix(), "");
@@ -114,17 +112,16 @@ TEST(SystemTableMarkers, ExecuteTouchesNothingAndKeepsNoCallback) {
 // table.
 TEST(SystemTableMarkers, NoConnectionLeavesTheExtensionCacheAlone) {
     for (auto create : {New_KDHideSMTables, New_KDHideWFMTables}) {
-        TestHost host;
+        ScriptedRun run(kOracle);
         SCOPED_TRACE(create()->ClassName());
         auto notAConnection = automation::Collection::Create();
         EXPECT_THROW(CallEnabled(create().Get(), NewLoginHanding(notAConnection->Unknown()).Get(), 0),
                      automation::BasicError);
-        ado::ScriptedProvider* p = nullptr;
-        auto cn = host.ScriptedConnection("OraOLEDB.Oracle", &p);
-        p->AnswerQuery("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS", {{"NAME"}, {{Variant("KDSessionManager")}, {Variant("KDWorkflowManager")}}});
-        const size_t logged = host.Log().Lines().size();
-        EXPECT_TRUE(CallEnabled(create().Get(), host.Login(cn.Get()).Get(), 0));
-        EXPECT_EQ(From(host.Log().Lines(), logged), Lines{"OPEN SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS"});
+        run.provider->AnswerQuery("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS",
+                                  Rows("NAME", {"KDSessionManager", "KDWorkflowManager"}));
+        const size_t logged = run.host.Log().Lines().size();
+        EXPECT_TRUE(run.Enabled(create, 0));
+        EXPECT_EQ(From(run.host.Log().Lines(), logged), Lines{"OPEN SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS"});
     }
 }
 

@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "tests/workflow/scripted_run.h"
+#include "tests/workflow/workflow_repository.h"
 
 namespace kdvq::testing {
 namespace {
-
-const std::string kExecuteTag = "KDUpgradeWFM832::IKDVqDatabaseUpgrader_Execute";
 
 // Workflow version 1206, the design tables there; the core version table
 // holds the repository's id.
@@ -59,13 +57,6 @@ TEST(KDUpgradeWFM832, ScriptedSituations) {
              p.FailExecute("Alter table KD_WMS_DESIGN add WORKSPACE_DB_PROPERTIES VARCHAR(255)", {4902});
          },
          "False"},
-        {"sql server, the id cannot be read: raised under the Oracle routine's tag", kSqlServer,
-         [](auto& p) {
-             Repository(p, "unused");
-             p.SetUnknownQueriesSucceed(true);
-             p.FailQuery("SELECT * FROM KD_VQ_DB_VERSION");
-         },
-         "raised", "", 9999, kExecuteTag + "\r\nKDUpgradeWFM832::UpgradeOracle\r\ntable or view does not exist"},
     };
     for (const Dialect& d : kDialects) {
         table.push_back({d.Name() + ", fresh columns: the repository id goes into every design", d.Provider(),

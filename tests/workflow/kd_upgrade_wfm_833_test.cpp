@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "tests/workflow/scripted_run.h"
+#include "tests/workflow/workflow_repository.h"
 
 namespace kdvq::testing {
 namespace {
 
-const std::string kExecuteTag = "KDUpgradeWFM833::IKDVqDatabaseUpgrader_Execute";
 const std::string kDropConstraint = "Alter table KD_WMS_DESIGN drop constraint MOBILE_PACKET_ID";
 
 // Workflow version 1601 with the work function table; the repository's id
@@ -63,15 +62,6 @@ TEST(KDUpgradeWFM833, ScriptedSituations) {
              p.FailQuery("select DATABASE_ID from KD_VQ_DB_VERSION");
          },
          "False"},
-        {"sql server, the id copy fails: raised under the SQL Server routine's tag", kSqlServer,
-         [](auto& p) {
-             Complete(p);
-             p.FailQuery("SELECT * FROM KD_VQ_DB_VERSION");
-         },
-         "raised", "", 9999,
-         kExecuteTag +
-             "\r\nKDUpgradeWFM833::UpgradeMSSQLSchema\r\nmodMain::UpdateDatabaseId\r\nObject variable or With block "
-             "variable not set"},
     };
     ExpectSituations(New_KDUpgradeWFM833, table);
 }

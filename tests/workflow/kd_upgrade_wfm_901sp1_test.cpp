@@ -1,12 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "tests/workflow/scripted_run.h"
+#include "tests/workflow/workflow_repository.h"
 
 namespace kdvq::testing {
 namespace {
 
 const std::string kSettingQuery = "select * from KD_VQ_CONFIG where CONFIG_NAME = 'WMSDefaultParentVersion'";
-const std::string kExecuteTag = "KDUpgradeWFM901sp1::IKDVqDatabaseUpgrader_Execute";
 
 // Workflow version 2408, and the setting present or not.
 void Repository(ado::ScriptedProvider& p, bool settingPresent) {
@@ -35,12 +34,6 @@ TEST(KDUpgradeWFM901sp1, ScriptedSituations) {
         table.push_back({d.Name() + ", setting missing: seeded from the registry", d.Provider(),
                          [](auto& p) { Repository(p, false); }, "True", "", 9999, "",
                          {{"VersionName", "SDE.DEFAULT_9"}}});
-        // Without the configuration table the failure is raised under the
-        // dialect routine's tag.
-        const std::string routine = d.Pick("KDUpgradeWFM901sp1::UpgradeOracle", "KDUpgradeWFM901sp1::UpgradeMSSQLSchema");
-        table.push_back({d.Name() + ", no configuration table", d.Provider(),
-                         [](auto& p) { WorkflowRepository(p, 2408); }, "raised", "", 9999,
-                         kExecuteTag + "\r\n" + routine + "\r\ntable or view does not exist"});
     }
     ExpectSituations(New_KDUpgradeWFM901sp1, table);
 }

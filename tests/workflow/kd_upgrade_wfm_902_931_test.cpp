@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/workflow/scripted_run.h"
+#include "tests/workflow/workflow_repository.h"
 
 namespace kdvq::testing {
 namespace {

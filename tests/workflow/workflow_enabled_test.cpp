@@ -1,15 +1,14 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/enabled_range.h"
-#include "tests/workflow/scripted_run.h"
+#include "tests/workflow/workflow_repository.h"
 
 namespace kdvq::testing {
 namespace {
 
 bool EnabledOn(UpgraderPtr (*create)(), int32_t core, int32_t workflow, bool extension, bool tables) {
-    TestHost host;
-    ado::ScriptedProvider* p = nullptr;
-    auto cn = host.ScriptedConnection(kOracle, &p);
+    ScriptedRun run(kOracle);
+    ado::ScriptedProvider* p = run.provider;
     p->AnswerQuery("SELECT * FROM KD_VQ_SUPPORTED_EXTENSIONS",
                    extension ? Rows("NAME", {"KDSessionManager", "kdworkflowmanager"}) : Rows("NAME", {"KDSessionManager"}));
     if (workflow != kNoVersionTable) p->AnswerQuery("select VERSION from KD_WMS_DB_VERSION", Rows("VERSION", {workflow}));
@@ -18,7 +17,7 @@ bool EnabledOn(UpgraderPtr (*create)(), int32_t core, int32_t workflow, bool ext
             p->AnswerQuery(std::string("SELECT * FROM ") + table, {});
         }
     }
-    return CallEnabled(create().Get(), host.Login(cn.Get()).Get(), core);
+    return run.Enabled(create, core);
 }
 
 TEST(WorkflowUpgraders, EnabledByExtensionTablesCoreVersionAndWorkflowRange) {
@@ -35,7 +34,5 @@ TEST(WorkflowUpgraders, EnabledByExtensionTablesCoreVersionAndWorkflowRange) {
     for (const EnabledRange& r : ranges) ExpectEnabledRange(r, EnabledOn);
 }
 
-// A failure inside Enabled reaches the host with the chain of tags; the
-// 9.3 rev2 class carries the 9.0.2 class's name in its tags.
 }  // namespace
 }  // namespace kdvq::testing
