@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -20,12 +19,6 @@
 
 namespace kdhost::testing {
 namespace {
-
-std::set<std::string> FolderListing(const std::string& folder) {
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) names.insert(entry.path().filename());
-    return names;
-}
 
 // A folder that even root may not write to, for as long as it lives; false
 // when the file system cannot mark one (tmpfs, some overlays).
@@ -95,7 +88,7 @@ TEST_F(LeftAlone, CommandsThatChangeNothingLeaveFileAndFolderAsTheyWere) {
         std::string path = Copy("case-" + std::to_string(++n), c.journalMode);
         std::string folder = std::filesystem::path(path).parent_path();
         std::string bytes = ReadWholeFile(path);
-        std::set<std::string> listing = FolderListing(folder);
+        std::vector<std::string> listing = FolderContents(folder);
         std::optional<UnwritableFolder> unwritable;
         if (c.unwritableFolder && !unwritable.emplace(folder).Marked()) {
             std::printf("%s: skipped, this file system cannot make a folder unwritable\n", name.c_str());
@@ -115,7 +108,7 @@ TEST_F(LeftAlone, CommandsThatChangeNothingLeaveFileAndFolderAsTheyWere) {
                       "Up to date: no upgrader applies and the indices are in order; nothing was changed.");
         }
         EXPECT_EQ(ReadWholeFile(path), bytes);
-        EXPECT_EQ(FolderListing(folder), listing);
+        EXPECT_EQ(FolderContents(folder), listing);
     }
 }
 
@@ -165,7 +158,7 @@ TEST_F(LeftAlone, AnInterruptedPlanRemovesItsTemporaryCopy) {
         EXPECT_EQ(run.status, 128 + signal);
         EXPECT_EQ(run.err, std::string("kdvq-upgrade: interrupted by ") + (signal == SIGINT ? "SIGINT" : "SIGTERM") +
                                "; the repository was not changed.\n");
-        EXPECT_TRUE(FolderListing(temporary).empty());
+        EXPECT_TRUE(FolderContents(temporary).empty());
     }
 }
 

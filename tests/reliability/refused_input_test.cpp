@@ -45,15 +45,6 @@ std::string Expand(const std::string& text, const std::string& path, const std::
     return ReplaceAll(ReplaceAll(text, "PATH", path), "FOLDER", folder);
 }
 
-std::vector<std::string> FolderContents(const std::string& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-        names.push_back(entry.path().lexically_relative(folder).string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 void Overwrite(const std::string& path, long offset, int count, int byte) {
     std::FILE* file = std::fopen(path.c_str(), "r+b");
     ASSERT_NE(file, nullptr);

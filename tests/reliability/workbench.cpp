@@ -3,6 +3,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
@@ -59,6 +60,15 @@ TracedReference MakeTracedReference(Workbench& bench) {
     reference.after = TakeSnapshot(path);
     reference.calls = ReadTrace(bench.File("reference.trace"));
     return reference;
+}
+
+std::vector<std::string> FolderContents(const std::string& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        names.push_back(entry.path().lexically_relative(folder).string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 int PointStride() {

@@ -60,6 +60,10 @@ protected:
     static inline TracedReference* reference_ = nullptr;
 };
 
+// The names of everything below folder, sorted: what a run that must
+// change nothing is compared by.
+std::vector<std::string> FolderContents(const std::string& folder);
+
 // Loops over every point of a run are split into this many shards, which
 // ctest may run side by side.
 constexpr int kPointShards = 4;
