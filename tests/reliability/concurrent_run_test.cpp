@@ -1,13 +1,14 @@
 // A second run while the first holds the repository. What is refused
 // before anything changes is in refused_input_test.cpp.
 #include <signal.h>
+#include <stdlib.h>
+#include <sys/wait.h>
 
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "tests/reliability/repository_snapshot.h"
-#include "tests/reliability/runner_child.h"
+#include "host/fault_injection.h"
 #include "tests/reliability/workbench.h"
 
 namespace kdhost::testing {
@@ -16,16 +17,26 @@ namespace {
 TEST(SecondRun, IsRefusedAtOnceWhileTheFirstHoldsTheRepository) {
     Workbench bench;
     std::string path = bench.Sample("8.2", "repository.db");
-    RunnerChild first(bench, UpgradeArgs(path));
-    ASSERT_TRUE(first.WaitForLines(1));
-    first.Signal(SIGSTOP);
+    // The first run stops itself just before its first call to the
+    // repository, which it holds from before it opens it.
+    ::setenv(kKillAtVariable, "1", 1);
+    ::setenv(kKillSignalVariable, std::to_string(SIGSTOP).c_str(), 1);
+    pid_t first = StartRunner(UpgradeArgs(path), {bench.Folder(), false}, bench.File("first.out"),
+                              bench.File("first.err"));
+    ::unsetenv(kKillAtVariable);
+    ::unsetenv(kKillSignalVariable);
+    int status = 0;
+    ASSERT_EQ(::waitpid(first, &status, WUNTRACED), first);
+    ASSERT_TRUE(WIFSTOPPED(status)) << ExitStatus(status);
+    std::string bytes = ReadWholeFile(path);
+
     RunnerResult second = bench.Run(UpgradeArgs(path));
-    first.Signal(SIGCONT);
+    ::kill(first, SIGKILL);
+    ::waitpid(first, nullptr, 0);
     EXPECT_EQ(second.status, 2);
     EXPECT_EQ(second.err, "kdvq-upgrade: " + path +
                               ": another run is upgrading this repository; try again when it has finished\n");
-    EXPECT_EQ(first.Wait(), 0);
-    EXPECT_EQ(VersionsText(path), "core 4866, session 4866, workflow 5645, mobile 5129");
+    EXPECT_TRUE(ReadWholeFile(path) == bytes) << "the refused run changed the repository";
 }
 
 }  // namespace

@@ -37,12 +37,6 @@ std::map<long, std::string> ExpectedOutcomes() {
     return outcomes;
 }
 
-std::string Names(const std::set<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names) text += (text.empty() ? "" : ",") + name;
-    return text.empty() ? "-" : text;
-}
-
 class FaultPoints : public WithTracedReference<::testing::TestWithParam<int>> {};
 
 // The message the runner ends a run with failures with, built from the
@@ -108,7 +102,6 @@ TEST_P(FaultPoints, EachFailedCallIsReportedAndRepairedByTheNextRun) {
     std::string path = bench_->File("run-" + std::to_string(GetParam()) + ".db");
     std::string trace = path + ".trace";
     const std::map<long, std::string> expectedOutcomes = ExpectedOutcomes();
-    int tried = 0;
     for (long n = 1 + static_cast<long>(GetParam()) * every; n <= total + 1; n += static_cast<long>(kPointShards) * every) {
         CopyDatabase(reference_->start, path);
         std::remove(trace.c_str());
@@ -121,7 +114,6 @@ TEST_P(FaultPoints, EachFailedCallIsReportedAndRepairedByTheNextRun) {
         for (const TracedCall& call : calls) failed = call.injected ? &call : failed;
         SCOPED_TRACE("fault at call " + std::to_string(n) + ": " +
                      (failed ? failed->kind + " " + failed->text : std::string("none")));
-        ++tried;
         // Past the last call nothing fails: the loop ends there.
         EXPECT_EQ(failed != nullptr, n <= total);
 
@@ -153,7 +145,6 @@ TEST_P(FaultPoints, EachFailedCallIsReportedAndRepairedByTheNextRun) {
         auto expected = expectedOutcomes.find(n);
         EXPECT_EQ(outcome, expected == expectedOutcomes.end() ? "" : expected->second);
     }
-    std::printf("fault points tried in shard %d: %d of %ld calls\n", GetParam(), tried, total);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shards, FaultPoints, ::testing::Range(0, kPointShards));

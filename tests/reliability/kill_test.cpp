@@ -5,7 +5,6 @@
 // the indexes, and the rows as a multiset (nothing lost, nothing doubled).
 #include <signal.h>
 
-#include <cstdio>
 #include <functional>
 #include <string>
 #include <vector>
@@ -48,18 +47,12 @@ TEST_P(KilledRun, AtEveryCallTheNextRunFinishesTheSameRepository) {
     ASSERT_GT(total, 0);
     const int every = PointStride();
     std::string path = bench_->File("killed-" + std::to_string(GetParam()) + ".db");
-    int tried = 0, converged = 0;
     for (long n = 1 + static_cast<long>(GetParam()) * every; n <= total; n += static_cast<long>(kPointShards) * every) {
         const TracedCall& call = reference_->calls[static_cast<size_t>(n - 1)];
         SCOPED_TRACE("killed before call " + std::to_string(n) + ": " + call.kind + " " + call.text);
         EXPECT_EQ(StopAt(path, n, SIGKILL).status, 128 + SIGKILL);
-        std::string left = Resume(path);
-        EXPECT_EQ(left, "-");
-        ++tried;
-        converged += left == "-" ? 1 : 0;
+        EXPECT_EQ(Resume(path), "-");
     }
-    std::printf("kill points in shard %d: %d tried, %d converged in one more run, of %ld calls\n", GetParam(), tried,
-                converged, total);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shards, KilledRun, ::testing::Range(0, kPointShards));

@@ -117,6 +117,13 @@ const std::vector<RefusedCase>& Cases() {
         {"LogInMissingFolder", "8.2", nullptr, {"--db", "PATH", "--database-id", "R", "--log", "FOLDER/logs/run.log"}},
         {"DefaultLogIsAFolder", "8.2", [](const std::string& path) { ::mkdir((path + ".log").c_str(), 0700); },
          {"--db", "PATH", "--database-id", "R"}},
+        {"BackupOverExistingFile", "8.2",
+         [](const std::string& path) { WriteWholeFile(FolderOf(path) + "/backup.db", "an older backup\n"); },
+         {"--db", "PATH", "--database-id", "R", "--backup", "FOLDER/backup.db"}},
+        {"BackupInMissingFolder", "8.2", nullptr,
+         {"--db", "PATH", "--database-id", "R", "--backup", "FOLDER/missing/backup.db"}},
+        {"BackupOfServerRepository", "8.2", nullptr,
+         {"--db", "odbc:DSN=repository", "--database-id", "R", "--backup", "FOLDER/backup.db"}},
         {"OdbcSqliteDriverWithMissingFile", "8.2", nullptr,
          {"--db", "odbc:Driver={SQLite3};Database=FOLDER/missing.db;Pwd={se;c}}ret}"}},
         // The DSN names a driver whose library is SQLite's; the file comes

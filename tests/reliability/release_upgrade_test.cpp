@@ -25,13 +25,8 @@ class ReleaseUpgrade : public ::testing::TestWithParam<ReleaseCase> {
 protected:
     // The 8.2 sample upgraded: what every other release must end as.
     static const Snapshot& Reference() {
-        static const Snapshot reference = [] {
-            Workbench bench;
-            std::string path = bench.Sample("8.2", "reference.db");
-            RunnerResult run = bench.Run(UpgradeArgs(path));
-            EXPECT_EQ(run.status, 0) << run.err;
-            return TakeSnapshot(path);
-        }();
+        static Workbench bench;
+        static const Snapshot reference = MakeTracedReference(bench).after;
         return reference;
     }
 };

@@ -6,7 +6,6 @@
 #include <cctype>
 #include <filesystem>
 #include <functional>
-#include <set>
 
 namespace kdhost::testing {
 
@@ -120,31 +119,11 @@ std::string VersionsText(const std::string& path) {
     return text;
 }
 
-namespace {
-
-// The names of the entries of two maps that differ.
-template <class Map>
-std::set<std::string> Differing(const Map& left, const Map& right) {
-    std::set<std::string> names;
-    for (const auto& entry : left) {
-        auto other = right.find(entry.first);
-        if (other == right.end() || !(other->second == entry.second)) names.insert(entry.first);
-    }
-    for (const auto& entry : right) {
-        if (left.count(entry.first) == 0) names.insert(entry.first);
-    }
-    return names;
-}
-
-}  // namespace
-
 std::string Differences(const Snapshot& snapshot, const Snapshot& reference) {
     std::set<std::string> names = Differing(snapshot.rows, reference.rows);
     for (const std::string& table : Differing(snapshot.tables, reference.tables)) names.insert(table);
     if (snapshot.indexes != reference.indexes) names.insert("indexes");
-    std::string text;
-    for (const std::string& name : names) text += (text.empty() ? "" : ",") + name;
-    return text.empty() ? "-" : text;
+    return Names(names);
 }
 
 }  // namespace kdhost::testing

@@ -4,6 +4,7 @@
 // and indexes with their columns), and the rows of every table, each row
 // one text, sorted (the upgraders promise no row order).
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,27 @@ struct Snapshot {
 };
 
 Snapshot TakeSnapshot(const std::string& path);
+
+// The names of the entries of two maps that differ.
+template <class Map>
+std::set<std::string> Differing(const Map& left, const Map& right) {
+    std::set<std::string> names;
+    for (const auto& entry : left) {
+        auto other = right.find(entry.first);
+        if (other == right.end() || !(other->second == entry.second)) names.insert(entry.first);
+    }
+    for (const auto& entry : right) {
+        if (left.count(entry.first) == 0) names.insert(entry.first);
+    }
+    return names;
+}
+
+// The names joined by ","; "-" when there are none.
+inline std::string Names(const std::set<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) text += (text.empty() ? "" : ",") + name;
+    return text.empty() ? "-" : text;
+}
 
 // The tables whose definition or rows differ between two snapshots, and
 // "indexes" when the indexes do, joined by ","; "-" when they are equal.
