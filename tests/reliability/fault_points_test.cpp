@@ -2,7 +2,6 @@
 // failed, raises no version it did not earn and loses no row, and the next
 // run brings the repository to the same state as an upgrade that never
 // failed, except where a release's upgrader repeats work on purpose.
-#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <map>

@@ -12,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include "host/fault_injection.h"
-#include "host/interruption.h"
 #include "tests/reliability/fault_trace.h"
 #include "tests/reliability/repository_snapshot.h"
 #include "tests/reliability/workbench.h"
