@@ -60,8 +60,8 @@ protected:
     static inline TracedReference* reference_ = nullptr;
 };
 
-// The names of everything below folder, sorted: what a run that must
-// change nothing is compared by.
+// The names of everything below folder, each file's with a hash of its
+// bytes, sorted: what a run that must change nothing is compared by.
 std::vector<std::string> FolderContents(const std::string& folder);
 
 // Loops over every point of a run are split into this many shards, which

@@ -89,6 +89,12 @@ long NthCall(const std::vector<TracedCall>& calls, const std::string& kind, cons
     return 0;
 }
 
+long FirstCommitAfter(const std::vector<TracedCall>& calls, long from) {
+    for (const TracedCall& call : calls)
+        if (call.number > from && call.kind == "upgrader commit") return call.number;
+    return 0;
+}
+
 TEST_F(InterruptedOnPostgres, KilledInsideLongStepsTheNextRunsGiveTheSameDatabase) {
     std::unique_ptr<ScratchDatabase> reference = Sample();
     std::string trace = folder_.File("reference.trace");
@@ -98,9 +104,10 @@ TEST_F(InterruptedOnPostgres, KilledInsideLongStepsTheNextRunsGiveTheSameDatabas
     const std::vector<TracedCall> calls = ReadTrace(trace);
 
     // Row writes name the table as the server spells it.
+    long historyMove = NthCall(calls, "row insert", "kd_vq_history", 3);
     const std::vector<std::pair<const char*, long>> points = {
-        {"inside session 9.0.2's move of the session log into the history",
-         NthCall(calls, "row insert", "kd_vq_history", 3)},
+        {"inside session 9.0.2's move of the session log into the history", historyMove},
+        {"just before session 9.0.2's work is committed", FirstCommitAfter(calls, historyMove)},
         {"inside mobile 8.3.2's move of the packet ids", NthCall(calls, "row insert", "kd_mobile_state", 2)},
     };
     for (const auto& [situation, n] : points) {
