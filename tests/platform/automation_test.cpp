@@ -1,5 +1,5 @@
 // Basic's conversion rules at their edges, the Dictionary and the
-// Collection, and the Basic error of each kind of failure.
+// Collection.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -149,34 +149,6 @@ TEST(CollectionTest, OneBasedPositions) {
         SCOPED_TRACE(outside);
         EXPECT_EQ(RaisedBy([&] { c->Item(outside); }), "9||Subscript out of range");
         EXPECT_EQ(RaisedBy([&] { c->Remove(outside); }), "9||Subscript out of range");
-    }
-}
-
-TEST(BasicErrorTest, CurrentErrorOfEachKindOfException) {
-    struct Case {
-        const char* situation;
-        std::function<void()> thrower;
-        std::string expected;
-    };
-    const std::vector<Case> cases = {
-        {"a BasicError as it is", [] { throw BasicError(1234, "src", "custom", 7); }, "1234|src|custom|7"},
-        {"out of memory", [] { throw std::bad_alloc(); }, "7||Out of memory|0"},
-        {"a standard exception", [] { throw std::runtime_error("disk gone"); }, "440||disk gone|0"},
-        {"anything else", [] { throw 42; }, "440||Unknown failure|0"},
-        {"RaiseBasic", [] { RaiseBasic(kErrInvalidUseOfNull, "here"); }, "94|here|Invalid use of Null|0"},
-        {"an unknown number", [] { RaiseBasic(31999); }, "31999||Application-defined or object-defined error|0"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.situation);
-        try {
-            c.thrower();
-            ADD_FAILURE() << "nothing thrown";
-        } catch (...) {
-            const BasicError e = CurrentError();
-            EXPECT_EQ(std::to_string(e.Number()) + "|" + e.Source() + "|" + e.Description() + "|" +
-                          std::to_string(e.Line()),
-                      c.expected);
-        }
     }
 }
 

@@ -58,6 +58,12 @@ protected:
         const std::string answers = script.Run(WithTable(answer_file::Split(steps, " / "), table));
         EXPECT_FALSE(connection_->InTransaction());
         EXPECT_FALSE(connection_->InOuterTransaction());
+        // A script that failed part-way may leave an edit pending or a
+        // transaction open; both are taken back so the next case starts
+        // as the others do instead of failing after it.
+        script.Run({"cancel", "close"});
+        while (connection_->InTransaction()) connection_->RollbackTrans();
+        if (connection_->InOuterTransaction()) connection_->RollbackOuterTransaction();
         return answers;
     }
 
