@@ -73,13 +73,13 @@ TEST_F(Recordset, AnswersScripts) {
                 fields[1].substr(0, bar) == "stream" ? ado_test::OpenStream(connection_.Get(), sql) : Open(sql);
             ado_test::Script script(
                 *connection_, rs,
-                {{"walk", [&] { return Walk(*rs); }},
-                 {"keys", [&] { return answer_file::Join(SeenByOther("SELECT ID FROM K ORDER BY ID"), ","); }},
-                 {"errors", [&] { return answer_file::Join(ado_test::DescribeErrors(*connection_), " / "); }},
-                 {"disconnect", [&] { connection_->Close(); return ""; }},
-                 {"third-field", [&] { return rs->Fields(2).Name(); }},
-                 {"server-side", [&] { rs->SetCursorLocation(ado::adUseServer); return ""; }},
-                 {"set-array", [&] { rs->Set("ID", Variant(automation::VariantArray{})); return ""; }}});
+                {{"walk", [&](auto&) { return Walk(*rs); }},
+                 {"keys", [&](auto&) { return answer_file::Join(SeenByOther("SELECT ID FROM K ORDER BY ID"), ","); }},
+                 {"errors", [&](auto&) { return answer_file::Join(ado_test::DescribeErrors(*connection_), " / "); }},
+                 {"disconnect", [&](auto&) { connection_->Close(); return ""; }},
+                 {"third-field", [&](auto&) { return rs->Fields(2).Name(); }},
+                 {"server-side", [&](auto&) { rs->SetCursorLocation(ado::adUseServer); return ""; }},
+                 {"set-array", [&](auto&) { rs->Set("ID", Variant(automation::VariantArray{})); return ""; }}});
             return script.Run(answer_file::Split(fields[2], " / "));
         });
     }

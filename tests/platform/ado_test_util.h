@@ -70,10 +70,10 @@ inline automation::Variant ValueOf(const std::string& text) {
 //   set|FIELD|VALUE (VALUE as ValueOf reads it), update, cancel, addnew,
 //   save, close, exec|SQL, commit, rollback, outer-begin, outer-commit and
 //   outer-rollback answer nothing; extra verbs answer what the caller's
-//   function gives.
+//   function gives for all that follows the verb and its bar.
 class Script {
 public:
-    using Extra = std::map<std::string, std::function<std::string()>>;
+    using Extra = std::map<std::string, std::function<std::string(const std::string& argument)>>;
 
     Script(ado::Connection& connection, com::ComPtr<ado::Recordset> recordset = {}, Extra extra = {})
         : connection_(connection), rs_(std::move(recordset)), extra_(std::move(extra)) {}
@@ -100,9 +100,9 @@ private:
             p.push_back(step.substr(from, bar == std::string::npos ? bar : bar - from));
         }
         const std::string& verb = p[0];
-        if (extra_.count(verb)) return extra_[verb]();
         // SQL may hold bars of its own: it is all that follows the verb.
         const std::string sql = p.size() > 1 ? step.substr(verb.size() + 1) : "";
+        if (extra_.count(verb)) return extra_[verb](sql);
         if (verb == "open") rs_ = OpenEditable(&connection_, sql);
         else if (verb == "stream") rs_ = OpenStream(&connection_, sql);
         else if (verb == "static") {

@@ -50,11 +50,16 @@ protected:
 
     // The answers of the steps (ado_test::Script, " / " between them, %T
     // for the table); "seen" answers what another connection reads, all
-    // rows joined by commas. Every script ends with no transaction open.
+    // rows joined by commas, "other|SQL" runs a statement on that
+    // connection and "error" answers the text of the first Errors entry.
+    // Every script ends with no transaction open.
     std::string RunScript(const std::string& table, const std::string& steps) {
-        ado_test::Script script(*connection_, {},
-                                {{"seen", [&] { return answer_file::Join(SeenByOther(table), ","); }},
-                                 {"in-transaction", [&] { return connection_->InTransaction() ? "True" : "False"; }}});
+        ado_test::Script script(
+            *connection_, {},
+            {{"seen", [&](auto&) { return answer_file::Join(SeenByOther(table), ","); }},
+             {"other", [&](const std::string& sql) { other_->Execute(sql); return ""; }},
+             {"error", [&](auto&) { return connection_->GetErrors().Item(0).description; }},
+             {"in-transaction", [&](auto&) { return connection_->InTransaction() ? "True" : "False"; }}});
         const std::string answers = script.Run(WithTable(answer_file::Split(steps, " / "), table));
         EXPECT_FALSE(connection_->InTransaction());
         EXPECT_FALSE(connection_->InOuterTransaction());
