@@ -32,6 +32,13 @@ inline std::vector<std::string> DescribeErrors(const ado::Connection& connection
     return lines;
 }
 
+// The text with every occurrence of from replaced by to.
+inline std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+    for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+    return text;
+}
+
 // Client-side keyset optimistic, as edit recordsets are opened.
 inline com::ComPtr<ado::Recordset> OpenEditable(ado::Connection* connection, const std::string& sql) {
     com::ComPtr<ado::Recordset> rs = ado::NewRecordset();

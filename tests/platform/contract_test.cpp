@@ -21,9 +21,7 @@ using Steps = std::vector<std::string>;
 
 // Steps with %T standing for the table.
 Steps WithTable(Steps steps, const std::string& table) {
-    for (std::string& step : steps)
-        for (size_t at = step.find("%T"); at != std::string::npos; at = step.find("%T", at + table.size()))
-            step.replace(at, 2, table);
+    for (std::string& step : steps) step = ado_test::Replaced(step, "%T", table);
     return steps;
 }
 
@@ -104,9 +102,7 @@ std::string Generalised(std::string answer, const std::string& table) {
     std::string lower = table;
     for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     const std::pair<std::string, std::string> marks[] = {{table, "%T"}, {lower, "%t"}, {"\n", "\\n"}};
-    for (const auto& [name, mark] : marks)
-        for (size_t at = answer.find(name); at != std::string::npos; at = answer.find(name, at + 2))
-            answer.replace(at, name.size(), mark);
+    for (const auto& [name, mark] : marks) answer = ado_test::Replaced(answer, name, mark);
     return answer;
 }
 
