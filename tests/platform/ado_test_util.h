@@ -8,6 +8,7 @@
 #include "platform/ado/ado.h"
 #include "platform/automation/basic_error.h"
 #include "tests/platform/answer_file.h"
+#include "tests/support/test_host.h"
 
 namespace ado_test {
 
@@ -75,7 +76,8 @@ inline automation::Variant ValueOf(const std::string& text) {
 //   find|CRITERIA[|SKIP[|DIRECTION[|START]]] answer where the recordset
 //   stands: its first field's value, BOF, EOF, or EMPTY for both;
 //   count, bof, eof, get|FIELD, type|FIELD (the Variant type of its value),
-//   row and errors (the connection's Errors entries) answer what they read;
+//   row, errors (the connection's Errors entries) and query|SQL (the rows
+//   the connection reads, joined by commas) answer what they read;
 //   open|SQL opens an editable recordset, stream|SQL a read one (OpenStream)
 //   and static|SQL a server-side static one; begin answers the nesting level;
 //   set|FIELD|VALUE (VALUE as ValueOf reads it), update, cancel, addnew,
@@ -129,6 +131,7 @@ private:
         else if (verb == "outer-rollback") connection_.RollbackOuterTransaction();
         else if (verb == "disconnect") connection_.Close();
         else if (verb == "errors") return answer_file::Join(DescribeErrors(connection_), " / ");
+        else if (verb == "query") return answer_file::Join(kdvq::testing::QueryRows(&connection_, sql), ",");
         else if (!rs_) return "no recordset";
         else if (verb == "set") rs_->Set(p[1], ValueOf(p[2]));
         else if (verb == "update") rs_->Update();
