@@ -131,11 +131,9 @@ TEST(HelperIndexPlanLine, ReadsScansAndAutomaticIndexes) {
     });
 }
 
+// Each statement answers its shape: literals taken out, names in capitals.
 TEST(HelperIndexShape, LiteralsTakenOut) {
-    EXPECT_EQ(ado::sql::StatementShape("UPDATE H SET N = 'a''b' WHERE U=12"),
-              ado::sql::StatementShape("update h set n = 'c' where u = 7"));
-    EXPECT_NE(ado::sql::StatementShape("UPDATE H SET N = 'a' WHERE U=12"),
-              ado::sql::StatementShape("UPDATE H SET N = 'a' WHERE V=12"));
+    answer_file::ExpectAnswers("shapes", [](const std::string& sql) { return ado::sql::StatementShape(sql); });
 }
 
 }  // namespace
