@@ -40,15 +40,9 @@ com::ComPtr<ado::Connection> OpenWithTables(const kdvq::testing::TempDir& dir, b
     return connection;
 }
 
-// Names as the query answers them (without the quotes QueryRows gives texts).
-Rows Names(ado::Connection* cn, const std::string& sql) {
-    Rows names = QueryRows(cn, sql);
-    for (std::string& name : names) name = name.substr(1, name.size() - 2);
-    return names;
-}
-
 Rows HelperIndexes(ado::Connection* cn) {
-    return Names(cn, "SELECT name FROM sqlite_schema WHERE type = 'index' AND name GLOB 'kdvq_helper_*' ORDER BY name");
+    return QueryRows(cn,
+                     "SELECT name FROM sqlite_schema WHERE type = 'index' AND name GLOB 'kdvq_helper_*' ORDER BY name");
 }
 
 std::string WithNumber(std::string text, int n) {
