@@ -2,10 +2,12 @@
 // small.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
 #include "tests/platform/ado_test_util.h"
+#include "tests/platform/answer_file.h"
 #include "tests/support/test_host.h"
 
 namespace {
@@ -13,54 +15,39 @@ namespace {
 using kdvq::testing::ExecAll;
 using Rows = std::vector<std::string>;
 
-TEST(AdoConnection, StateAndWhatEachStateRefuses) {
-    kdvq::testing::TempDir dir;
-    com::ComPtr<ado::Connection> cn = ado::NewConnection();
-    EXPECT_EQ(cn->State(), ado::adStateClosed);
-    cn->Open("sqlite:" + dir.File("a.db") + "?mode=create");
-    EXPECT_EQ(cn->State(), ado::adStateOpen);
-    EXPECT_EQ(ado_test::ErrorOf([&] { cn->Open(dir.File("a.db")); }), ado::adErrObjectOpen);
-    cn->Close();
-    EXPECT_EQ(ado_test::ErrorOf([&] { cn->Execute("SELECT 1"); }), ado::adErrObjectClosed);
-    cn->Open(dir.File("a.db"));  // a plain path names an existing file
-    EXPECT_EQ(cn->State(), ado::adStateOpen);
+// The folder's files, "name size" each, by name.
+std::string Files(const kdvq::testing::TempDir& dir) {
+    Rows files;
+    for (const auto& entry : std::filesystem::directory_iterator(dir.Path()))
+        files.push_back(entry.path().filename().string() + " " + std::to_string(entry.file_size()));
+    std::sort(files.begin(), files.end());
+    return answer_file::Join(files, ",");
 }
 
-// A file that is missing or no database is refused and left as it was.
-TEST(AdoConnection, OpeningWhatIsNoDatabaseFailsAndChangesNothing) {
-    kdvq::testing::TempDir dir;
-    const std::string text = dir.File("text.db");
-    std::ofstream(text) << "this is not a database, just some text that is long enough to have a header";
-    const std::vector<std::tuple<const char*, std::string, Rows>> cases = {
-        {"missing file", dir.File("missing.db"),
-         {"-2147467259|14|HY000|Cannot open database '" + dir.File("missing.db") +
-          "': unable to open database file|SQLite"}},
-        {"text file", text, {"-2147467259|26|HY000|Cannot open database '" + text + "': file is not a database|SQLite"}},
-    };
-    for (const auto& [situation, path, errors] : cases) {
-        SCOPED_TRACE(situation);
-        const bool existed = std::filesystem::exists(path);
-        const auto size = existed ? std::filesystem::file_size(path) : 0;
+// Each case, "situation; steps" (ado_test::Script, " / " between them),
+// runs on a new connection with %D for the test's folder, which holds
+// text.db, a file that is no database, and ro.db, a database with a table
+// T: "connect|CONNECTION STRING" opens the connection, "state" answers its
+// State and "files" the folder's files with their sizes.
+TEST(AdoConnection, AnswersScripts) {
+    answer_file::ExpectAnswers("scripts", [](const std::string& input) {
+        kdvq::testing::TempDir dir;
+        std::ofstream(dir.File("text.db"))
+            << "this is not a database, just some text that is long enough to have a header";
+        ExecAll(kdvq::testing::OpenSqlite(dir.File("ro.db")).Get(), "CREATE TABLE T (A INT)");
         com::ComPtr<ado::Connection> cn = ado::NewConnection();
-        EXPECT_EQ(ado_test::ErrorOf([&] { cn->Open(path); }), ado::adErrProviderFailed);
-        EXPECT_EQ(ado_test::DescribeErrors(*cn), errors);
-        EXPECT_EQ(cn->State(), ado::adStateClosed);
-        EXPECT_EQ(std::filesystem::exists(path), existed);
-        if (existed) {
-            EXPECT_EQ(std::filesystem::file_size(path), size);
-        }
-    }
-}
-
-TEST(AdoConnection, ReadOnlyModeRefusesWrites) {
-    kdvq::testing::TempDir dir;
-    ExecAll(kdvq::testing::OpenSqlite(dir.File("ro.db")).Get(), "CREATE TABLE T (A INT)");
-    com::ComPtr<ado::Connection> cn = ado::NewConnection();
-    cn->Open("sqlite:" + dir.File("ro.db") + "?mode=ro");
-    EXPECT_EQ(ado_test::ErrorOf([&] { cn->Execute("INSERT INTO T VALUES (1)"); }), ado::adErrCommandFailed);
-    EXPECT_EQ(cn->GetErrors().Item(0).nativeError, 8);  // SQLITE_READONLY
-    EXPECT_EQ(ado_test::ErrorOf([&] { cn->Close(); cn->Open("sqlite:" + dir.File("ro.db") + "?mode=bad"); }),
-              ado::adErrInvalidArgument);
+        ado_test::Script script(
+            *cn, {},
+            {{"connect",
+              [&](const std::string& text) {
+                  cn->Open(ado_test::Replaced(text, "%D", dir.Path()));
+                  return "";
+              }},
+             {"state", [&](auto&) { return std::to_string(cn->State()); }},
+             {"files", [&](auto&) { return Files(dir); }}});
+        const std::string answers = script.Run(answer_file::Split(input.substr(input.find("; ") + 2), " / "));
+        return ado_test::Replaced(answers, dir.Path(), "%D");
+    });
 }
 
 // Rows written while a query is read row by row grow the log past its usual

@@ -40,15 +40,9 @@ com::ComPtr<ado::Connection> OpenWithTables(const kdvq::testing::TempDir& dir, b
     return connection;
 }
 
-// Names as the query answers them (without the quotes QueryRows gives texts).
-Rows Names(ado::Connection* cn, const std::string& sql) {
-    Rows names = QueryRows(cn, sql);
-    for (std::string& name : names) name = name.substr(1, name.size() - 2);
-    return names;
-}
-
 Rows HelperIndexes(ado::Connection* cn) {
-    return Names(cn, "SELECT name FROM sqlite_schema WHERE type = 'index' AND name GLOB 'kdvq_helper_*' ORDER BY name");
+    return QueryRows(cn,
+                     "SELECT name FROM sqlite_schema WHERE type = 'index' AND name GLOB 'kdvq_helper_*' ORDER BY name");
 }
 
 std::string WithNumber(std::string text, int n) {
@@ -87,28 +81,16 @@ TEST(HelperIndex, MadeWhereAShapeKeepsScanning) {
     });
 }
 
-// A table's definition changes with a helper index in place: the helper
-// goes first and the change succeeds.
+// Each case, "situation; steps" (ado_test::Script, " / " between them), runs
+// on the tables of OpenWithTables with helper indices on: a table's
+// definition changes with a helper in place, the helper going first.
 TEST(HelperIndex, DefinitionChangesSucceedWithAHelperInPlace) {
-    const std::vector<std::pair<const char*, Rows>> cases = {
-        {"ALTER TABLE H DROP COLUMN USER_ID", {"H_ID"}},
-        {"ALTER TABLE H ALTER COLUMN USER_ID BIGINT NOT NULL", {"H_ID"}},
-        {"ALTER TABLE H ADD PRIMARY KEY (ID)", {"H_ID", "sqlite_autoindex_H_1"}},
-        {"ALTER TABLE S ADD X INT", {"H_ID", "kdvq_helper_H_USER_ID"}},  // another table's
-    };
-    for (const auto& [change, indexesAfter] : cases) {
-        SCOPED_TRACE(change);
+    answer_file::ExpectAnswers("definition changes", [](const std::string& input) {
         kdvq::testing::TempDir dir;
         com::ComPtr<ado::Connection> cn = OpenWithTables(dir, true);
-        for (int i = 1; i <= 3; ++i) cn->Execute(WithNumber("UPDATE H SET ID = ID WHERE USER_ID=%d", i));
-        ASSERT_EQ(HelperIndexes(cn.Get()), Rows{"kdvq_helper_H_USER_ID"});
-        EXPECT_EQ(ado_test::ErrorOf([&, change = change] { cn->Execute(change); }), 0)
-            << cn->GetErrors().Item(0).description;
-        EXPECT_EQ(Names(cn.Get(), "SELECT name FROM sqlite_schema WHERE type = 'index' AND tbl_name = 'H' "
-                                  "ORDER BY name"),
-                  indexesAfter);
-        EXPECT_EQ(QueryRows(cn.Get(), "SELECT count(*) FROM H"), Rows{"2000"});
-    }
+        ado_test::Script script(*cn);
+        return script.Run(answer_file::Split(input.substr(input.find("; ") + 2), " / "));
+    });
 }
 
 // The text rule on its own: the columns a statement compares for equality,
@@ -143,11 +125,9 @@ TEST(HelperIndexPlanLine, ReadsScansAndAutomaticIndexes) {
     });
 }
 
+// Each statement answers its shape: literals taken out, names in capitals.
 TEST(HelperIndexShape, LiteralsTakenOut) {
-    EXPECT_EQ(ado::sql::StatementShape("UPDATE H SET N = 'a''b' WHERE U=12"),
-              ado::sql::StatementShape("update h set n = 'c' where u = 7"));
-    EXPECT_NE(ado::sql::StatementShape("UPDATE H SET N = 'a' WHERE U=12"),
-              ado::sql::StatementShape("UPDATE H SET N = 'a' WHERE V=12"));
+    answer_file::ExpectAnswers("shapes", [](const std::string& sql) { return ado::sql::StatementShape(sql); });
 }
 
 }  // namespace

@@ -7,6 +7,8 @@
 
 #include "platform/ado/ado.h"
 #include "platform/automation/basic_error.h"
+#include "tests/platform/answer_file.h"
+#include "tests/support/test_host.h"
 
 namespace ado_test {
 
@@ -32,6 +34,13 @@ inline std::vector<std::string> DescribeErrors(const ado::Connection& connection
     return lines;
 }
 
+// The text with every occurrence of from replaced by to.
+inline std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+    for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+    return text;
+}
+
 // Client-side keyset optimistic, as edit recordsets are opened.
 inline com::ComPtr<ado::Recordset> OpenEditable(ado::Connection* connection, const std::string& sql) {
     com::ComPtr<ado::Recordset> rs = ado::NewRecordset();
@@ -48,10 +57,12 @@ inline com::ComPtr<ado::Recordset> OpenStream(ado::Connection* connection, const
     return rs;
 }
 
-// A value written as Variant::Describe writes it: Null, True, 'text', 7, 2.5.
+// A value written as Variant::Describe writes it: Null, True, 'text', 7, 2.5,
+// #43861.5# (a date).
 inline automation::Variant ValueOf(const std::string& text) {
     using automation::Variant;
     if (text == "Null") return Variant::Null();
+    if (!text.empty() && text[0] == '#') return Variant::Date(std::stod(text.substr(1)));
     if (text == "True" || text == "False") return Variant::Boolean(text == "True");
     if (!text.empty() && text[0] == '\'') return Variant(text.substr(1, text.size() - 2));
     if (text.find('.') != std::string::npos) return Variant(std::stod(text));
@@ -64,16 +75,18 @@ inline automation::Variant ValueOf(const std::string& text) {
 //   first, next, prev, last, filter|CRITERIA and
 //   find|CRITERIA[|SKIP[|DIRECTION[|START]]] answer where the recordset
 //   stands: its first field's value, BOF, EOF, or EMPTY for both;
-//   count, bof, eof, get|FIELD and row answer what they read;
+//   count, bof, eof, get|FIELD, type|FIELD (the Variant type of its value),
+//   row, errors (the connection's Errors entries) and query|SQL (the rows
+//   the connection reads, joined by commas) answer what they read;
 //   open|SQL opens an editable recordset, stream|SQL a read one (OpenStream)
 //   and static|SQL a server-side static one; begin answers the nesting level;
 //   set|FIELD|VALUE (VALUE as ValueOf reads it), update, cancel, addnew,
-//   save, close, exec|SQL, commit, rollback, outer-begin, outer-commit and
-//   outer-rollback answer nothing; extra verbs answer what the caller's
-//   function gives.
+//   save, close, exec|SQL, commit, rollback, outer-begin, outer-commit,
+//   outer-rollback and disconnect (closes the connection) answer nothing; extra verbs answer what the caller's
+//   function gives for all that follows the verb and its bar.
 class Script {
 public:
-    using Extra = std::map<std::string, std::function<std::string()>>;
+    using Extra = std::map<std::string, std::function<std::string(const std::string& argument)>>;
 
     Script(ado::Connection& connection, com::ComPtr<ado::Recordset> recordset = {}, Extra extra = {})
         : connection_(connection), rs_(std::move(recordset)), extra_(std::move(extra)) {}
@@ -100,9 +113,9 @@ private:
             p.push_back(step.substr(from, bar == std::string::npos ? bar : bar - from));
         }
         const std::string& verb = p[0];
-        if (extra_.count(verb)) return extra_[verb]();
         // SQL may hold bars of its own: it is all that follows the verb.
         const std::string sql = p.size() > 1 ? step.substr(verb.size() + 1) : "";
+        if (extra_.count(verb)) return extra_[verb](sql);
         if (verb == "open") rs_ = OpenEditable(&connection_, sql);
         else if (verb == "stream") rs_ = OpenStream(&connection_, sql);
         else if (verb == "static") {
@@ -116,6 +129,9 @@ private:
         else if (verb == "outer-begin") connection_.BeginOuterTransaction();
         else if (verb == "outer-commit") connection_.CommitOuterTransaction();
         else if (verb == "outer-rollback") connection_.RollbackOuterTransaction();
+        else if (verb == "disconnect") connection_.Close();
+        else if (verb == "errors") return answer_file::Join(DescribeErrors(connection_), " / ");
+        else if (verb == "query") return answer_file::Join(kdvq::testing::QueryRows(&connection_, sql), ",");
         else if (!rs_) return "no recordset";
         else if (verb == "set") rs_->Set(p[1], ValueOf(p[2]));
         else if (verb == "update") rs_->Update();
@@ -127,6 +143,7 @@ private:
         else if (verb == "bof") return rs_->BOF() ? "True" : "False";
         else if (verb == "eof") return rs_->EOF() ? "True" : "False";
         else if (verb == "get") return rs_->Get(p[1]).Describe();
+        else if (verb == "type") return std::to_string(rs_->Get(p[1]).Type());
         else if (verb == "row") {
             std::string row;
             for (int32_t i = 0; i < rs_->FieldCount(); ++i) row += (i ? "|" : "") + rs_->Fields(i).Value().Describe();

@@ -1,5 +1,5 @@
 // Basic's conversion rules at their edges, the Dictionary and the
-// Collection, and the Basic error of each kind of failure.
+// Collection.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -98,86 +98,42 @@ TEST(DictionaryTest, KeysByModeAndType) {
     });
 }
 
-TEST(DictionaryTest, KeepsInsertionOrderThroughReadsAndRemovals) {
-    auto d = Dictionary::Create(CompareMode::Text);
-    d->Add(Variant("b"), Variant::Long(2));
-    d->Add(Variant("a"), Variant::Long(1));
-    d->Add(Variant("c"), Variant::Long(3));
-    EXPECT_EQ(d->Item(Variant("A")).Describe(), "1");
-    // Reading a missing key adds it, Empty, at the end.
-    EXPECT_TRUE(d->Item(Variant("d")).IsEmpty());
-    d->Remove(Variant("B"));
-    EXPECT_EQ(Join(d->Keys()), "'a' 'c' 'd'");
-    EXPECT_EQ(Join(d->Items()), "1 3 Empty");
-    EXPECT_EQ(d->Count(), 3);
-    EXPECT_EQ(d->Lookup(Variant("c"))->Describe(), "3");
-    EXPECT_EQ(d->Lookup(Variant("b")), nullptr);
-    EXPECT_EQ(d->Count(), 3);  // Lookup does not add
-}
-
-TEST(DictionaryTest, Failures) {
-    struct Case {
-        const char* situation;
-        std::function<void(Dictionary&)> action;
-        std::string error;
-    };
-    const std::vector<Case> cases = {
-        {"compare mode of a non-empty dictionary", [](Dictionary& d) { d.SetCompareMode(CompareMode::Text); },
-         "5||Invalid procedure call or argument"},
-        {"remove a missing key", [](Dictionary& d) { d.Remove(Variant("zz")); }, "32811||Element not found"},
-        {"an array as key", [](Dictionary& d) { d.Add(Variant(VariantArray{}), Variant()); }, "13||Type mismatch"},
-        {"compare mode after RemoveAll", [](Dictionary& d) { d.RemoveAll(); d.SetCompareMode(CompareMode::Text); },
-         "nothing"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.situation);
-        auto d = Dictionary::Create();
-        d->Add(Variant("k"), Variant("v"));
-        EXPECT_EQ(RaisedBy([&] { c.action(*d); }), c.error);
-    }
-}
-
-TEST(CollectionTest, OneBasedPositions) {
-    auto c = Collection::Create();
-    c->Add(Variant("x"));
-    c->Add(Variant("y"));
-    c->Add(Variant("z"));
-    c->Remove(2);
-    EXPECT_EQ(c->Count(), 2);
-    EXPECT_EQ(c->Item(1).Describe() + " " + c->Item(2).Describe(), "'x' 'z'");
-    for (int32_t outside : {0, 3, -1}) {
-        SCOPED_TRACE(outside);
-        EXPECT_EQ(RaisedBy([&] { c->Item(outside); }), "9||Subscript out of range");
-        EXPECT_EQ(RaisedBy([&] { c->Remove(outside); }), "9||Subscript out of range");
-    }
-}
-
-TEST(BasicErrorTest, CurrentErrorOfEachKindOfException) {
-    struct Case {
-        const char* situation;
-        std::function<void()> thrower;
-        std::string expected;
-    };
-    const std::vector<Case> cases = {
-        {"a BasicError as it is", [] { throw BasicError(1234, "src", "custom", 7); }, "1234|src|custom|7"},
-        {"out of memory", [] { throw std::bad_alloc(); }, "7||Out of memory|0"},
-        {"a standard exception", [] { throw std::runtime_error("disk gone"); }, "440||disk gone|0"},
-        {"anything else", [] { throw 42; }, "440||Unknown failure|0"},
-        {"RaiseBasic", [] { RaiseBasic(kErrInvalidUseOfNull, "here"); }, "94|here|Invalid use of Null|0"},
-        {"an unknown number", [] { RaiseBasic(31999); }, "31999||Application-defined or object-defined error|0"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.situation);
-        try {
-            c.thrower();
-            ADD_FAILURE() << "nothing thrown";
-        } catch (...) {
-            const BasicError e = CurrentError();
-            EXPECT_EQ(std::to_string(e.Number()) + "|" + e.Source() + "|" + e.Description() + "|" +
-                          std::to_string(e.Line()),
-                      c.expected);
+// Each case, "situation; steps" (" / " between them), runs the steps on a
+// new Dictionary comparing text and a new Collection, keys and values
+// written as typed_value.h reads them. Dictionary: add|KEY|VALUE, item|KEY,
+// lookup|KEY ("none" when missing), remove|KEY, removeall, binary (compare
+// mode), keys, items, count; Collection: push|VALUE, at|N, drop|N, size.
+// The steps that read answer what they read, a failing step its error.
+TEST(DictionaryAndCollectionTest, AnswerScripts) {
+    answer_file::ExpectAnswers("scripts", [](const std::string& input) {
+        auto d = Dictionary::Create(CompareMode::Text);
+        auto c = Collection::Create();
+        std::vector<std::string> answers;
+        for (const std::string& step : answer_file::Split(answer_file::Split(input, "; ")[1], " / ")) {
+            const std::vector<std::string> p = answer_file::Split(step, "|");
+            const auto value = [&](size_t i) { return typed_value::Read(p.at(i)); };
+            std::string answer;
+            const std::string raised = RaisedBy([&] {
+                if (p[0] == "add") d->Add(value(1), value(2));
+                else if (p[0] == "item") answer = d->Item(value(1)).Describe();
+                else if (p[0] == "lookup") answer = d->Lookup(value(1)) ? d->Lookup(value(1))->Describe() : "none";
+                else if (p[0] == "remove") d->Remove(value(1));
+                else if (p[0] == "removeall") d->RemoveAll();
+                else if (p[0] == "binary") d->SetCompareMode(CompareMode::Binary);
+                else if (p[0] == "keys") answer = Join(d->Keys());
+                else if (p[0] == "items") answer = Join(d->Items());
+                else if (p[0] == "count") answer = std::to_string(d->Count());
+                else if (p[0] == "push") c->Add(value(1));
+                else if (p[0] == "at") answer = c->Item(std::stoi(p[1])).Describe();
+                else if (p[0] == "drop") c->Remove(std::stoi(p[1]));
+                else if (p[0] == "size") answer = std::to_string(c->Count());
+                else answer = "unknown step " + p[0];
+            });
+            if (raised != "nothing") answer = raised;
+            if (!answer.empty()) answers.push_back(answer);
         }
-    }
+        return answer_file::Join(answers, " / ");
+    });
 }
 
 }  // namespace

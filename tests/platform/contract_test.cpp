@@ -21,9 +21,7 @@ using Steps = std::vector<std::string>;
 
 // Steps with %T standing for the table.
 Steps WithTable(Steps steps, const std::string& table) {
-    for (std::string& step : steps)
-        for (size_t at = step.find("%T"); at != std::string::npos; at = step.find("%T", at + table.size()))
-            step.replace(at, 2, table);
+    for (std::string& step : steps) step = ado_test::Replaced(step, "%T", table);
     return steps;
 }
 
@@ -50,14 +48,25 @@ protected:
 
     // The answers of the steps (ado_test::Script, " / " between them, %T
     // for the table); "seen" answers what another connection reads, all
-    // rows joined by commas. Every script ends with no transaction open.
+    // rows joined by commas, "other|SQL" runs a statement on that
+    // connection and "error" answers the text of the first Errors entry.
+    // Every script ends with no transaction open.
     std::string RunScript(const std::string& table, const std::string& steps) {
-        ado_test::Script script(*connection_, {},
-                                {{"seen", [&] { return answer_file::Join(SeenByOther(table), ","); }},
-                                 {"in-transaction", [&] { return connection_->InTransaction() ? "True" : "False"; }}});
+        ado_test::Script script(
+            *connection_, {},
+            {{"seen", [&](auto&) { return answer_file::Join(SeenByOther(table), ","); }},
+             {"other", [&](const std::string& sql) { other_->Execute(sql); return ""; }},
+             {"error", [&](auto&) { return connection_->GetErrors().Item(0).description; }},
+             {"in-transaction", [&](auto&) { return connection_->InTransaction() ? "True" : "False"; }}});
         const std::string answers = script.Run(WithTable(answer_file::Split(steps, " / "), table));
         EXPECT_FALSE(connection_->InTransaction());
         EXPECT_FALSE(connection_->InOuterTransaction());
+        // A script that failed part-way may leave an edit pending or a
+        // transaction open; both are taken back so the next case starts
+        // as the others do instead of failing after it.
+        script.Run({"cancel", "close"});
+        while (connection_->InTransaction()) connection_->RollbackTrans();
+        if (connection_->InOuterTransaction()) connection_->RollbackOuterTransaction();
         return answers;
     }
 
@@ -93,9 +102,7 @@ std::string Generalised(std::string answer, const std::string& table) {
     std::string lower = table;
     for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     const std::pair<std::string, std::string> marks[] = {{table, "%T"}, {lower, "%t"}, {"\n", "\\n"}};
-    for (const auto& [name, mark] : marks)
-        for (size_t at = answer.find(name); at != std::string::npos; at = answer.find(name, at + 2))
-            answer.replace(at, name.size(), mark);
+    for (const auto& [name, mark] : marks) answer = ado_test::Replaced(answer, name, mark);
     return answer;
 }
 

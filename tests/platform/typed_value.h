@@ -1,7 +1,8 @@
 #pragma once
 // Values written with their type, as the reviewed case files write them:
 // Empty, Null, Object (a new Collection), "Integer -7", "Long 40000",
-// "Double 2.5", "Boolean True", "Date 45351.5", "String 'text'".
+// "Double 2.5", "Boolean True", "Date 45351.5", "String 'text'", Array (an
+// empty one).
 #include <string>
 
 #include "platform/automation/collection.h"
@@ -22,6 +23,7 @@ inline automation::Variant Read(const std::string& text) {
     if (type == "Boolean") return Variant::Boolean(value == "True");
     if (type == "Date") return Variant::Date(std::stod(value));
     if (type == "String") return Variant(value.substr(1, value.size() - 2));
+    if (type == "Array") return Variant(automation::VariantArray{});
     return Variant(std::stod(value));
 }
 

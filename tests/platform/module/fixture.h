@@ -4,6 +4,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 
 #include "platform/com/unknown.h"
@@ -47,10 +48,8 @@ public:
         } else {
             unsetenv("KDVQ_REGISTRY");
         }
-        const std::string remove = "rm -rf '" + dir_ + "'";
-        if (system(remove.c_str()) != 0) {
-            // Leftovers in /tmp are harmless.
-        }
+        std::error_code ignored;  // leftovers in /tmp are harmless
+        std::filesystem::remove_all(dir_, ignored);
     }
     ScopedRegistryFile(const ScopedRegistryFile&) = delete;
     ScopedRegistryFile& operator=(const ScopedRegistryFile&) = delete;
