@@ -1,6 +1,5 @@
 #pragma once
-// The core upgraders' scripted situations: the cases of one class, each
-// compared whole with its transcript file.
+// The repository the core upgraders' scripted situations start from.
 #include <string>
 #include <vector>
 
@@ -17,25 +16,6 @@ inline Script CoreRepository(int32_t version, std::vector<std::string> present =
         for (const std::string& query : present) p.AnswerQuery(query, Table({"X"}));
         if (!failing.empty()) p.FailExecute(failing, {nativeError});
     };
-}
-
-// One scripted situation of one class: Enabled with version (which must
-// enable it), then Execute; outcome as in Situation.
-struct ScriptedCase {
-    std::string name;
-    std::string provider;
-    int32_t version;
-    Script script;
-    std::string outcome;
-    std::string prefix = "";
-};
-inline void ExpectScripted(UpgraderPtr (*create)(), const std::vector<ScriptedCase>& cases,
-                           const char* testFile = __builtin_FILE()) {
-    std::vector<Situation> situations;
-    for (const ScriptedCase& c : cases) {
-        situations.push_back({c.name, c.provider, c.script, c.outcome, c.prefix, c.version});
-    }
-    ExpectSituations(create, situations, testFile);
 }
 
 }  // namespace kdvq::testing

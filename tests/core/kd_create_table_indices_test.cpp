@@ -17,18 +17,18 @@ std::function<void(ado::ScriptedProvider&)> Repository(bool core, bool workflowT
 
 TEST(KDCreateTableIndices, ScriptedSituations) {
     // Execute answers False in every situation, also after a clean run.
-    const std::vector<ScriptedCase> cases = {
-        {"oracle, both parts", kOracle, 4866, Repository(true, true, true), "False"},
-        {"oracle, workflow tables of an unregistered extension", kOracle, 4866, Repository(true, true, false),
-         "False"},
-        {"a provider named after both dialects takes the Oracle list", "MSDAORA.OracleSQL", 0,
-         Repository(false, false, true), "False"},
-        {"sql server, workflow tables of an unregistered extension, no core version table", kSqlServer, 0,
-         Repository(false, true, false), "False"},
-        {"sql server, core only", kSqlServer, 0, Repository(true, false, true), "False"},
-        {"access, both parts", "Microsoft.Jet.OLEDB.4.0", 0, Repository(true, true, false), "False"},
-        {"an unknown provider gets nothing", "IBMDADB2", 0, Repository(true, true, true), "False"},
-        {"oracle, a missing index to drop and a table to index missing", kOracle, 0,
+    const std::vector<Situation> cases = {
+        {"oracle, both parts", kOracle, Repository(true, true, true), "False", "", 4866},
+        {"oracle, workflow tables of an unregistered extension", kOracle, Repository(true, true, false),
+         "False", "", 4866},
+        {"a provider named after both dialects takes the Oracle list", "MSDAORA.OracleSQL",
+         Repository(false, false, true), "False", "", 0},
+        {"sql server, workflow tables of an unregistered extension, no core version table", kSqlServer,
+         Repository(false, true, false), "False", "", 0},
+        {"sql server, core only", kSqlServer, Repository(true, false, true), "False", "", 0},
+        {"access, both parts", "Microsoft.Jet.OLEDB.4.0", Repository(true, true, false), "False", "", 0},
+        {"an unknown provider gets nothing", "IBMDADB2", Repository(true, true, true), "False", "", 0},
+        {"oracle, a missing index to drop and a table to index missing", kOracle,
          [](ado::ScriptedProvider& p) {
              Repository(false, true, true)(p);
              p.FailExecute("DROP INDEX PROCESS.KD_WMS_DN_COST_FACTOR_IX1", {1418}, "specified index does not exist");
@@ -36,9 +36,9 @@ TEST(KDCreateTableIndices, ScriptedSituations) {
                            "(DESIGN_ID, FACTOR_ID)  ",
                            {942});
          },
-         "False"},
+         "False", "", 0},
     };
-    ExpectScripted(New_KDCreateTableIndices, cases);
+    ExpectSituations(New_KDCreateTableIndices, cases);
 }
 
 // The SQLite provider names itself "SQLite", so the SQL Server list runs:

@@ -10,18 +10,18 @@ void Complete(ado::ScriptedProvider& p) {
 }
 
 TEST(KDVqUpgrader830, ScriptedSituations) {
-    const std::vector<ScriptedCase> cases = {
-        {"oracle, fresh repository", kOracle, 1100, Fresh, "True"},
-        {"sql server, fresh repository: the task role table is announced in English", kSqlServer, 1100, Fresh,
-         "True"},
-        {"oracle, everything present", kOracle, 1100, Complete, "True"},
-        {"oracle, tasks present without the sequence row: the row is not added", kOracle, 1100,
+    const std::vector<Situation> cases = {
+        {"oracle, fresh repository", kOracle, Fresh, "True", "", 1100},
+        {"sql server, fresh repository: the task role table is announced in English", kSqlServer, Fresh,
+         "True", "", 1100},
+        {"oracle, everything present", kOracle, Complete, "True", "", 1100},
+        {"oracle, tasks present without the sequence row: the row is not added", kOracle,
          [](ado::ScriptedProvider& p) {
              Complete(p);
              p.FailQuery("SELECT * FROM KD_VQ_SUBTASKS");
          },
-         "True"},
-        {"oracle, a failed create: no sequence row, no 603, columns still added, no version", kOracle, 1100,
+         "True", "", 1100},
+        {"oracle, a failed create: no sequence row, no 603, columns still added, no version", kOracle,
          [](ado::ScriptedProvider& p) {
              Fresh(p);
              p.FailExecute("Create table KD_VQ_TASKS (TASK_ID NUMBER(38), NAME VARCHAR2(64), DESCRIPTION "
@@ -29,9 +29,9 @@ TEST(KDVqUpgrader830, ScriptedSituations) {
                            "NUMBER(38), VISIBLE NUMBER(38))",
                            {942});
          },
-         "False"},
+         "False", "", 1100},
     };
-    ExpectScripted(New_KDVqUpgrader830, cases);
+    ExpectSituations(New_KDVqUpgrader830, cases);
 }
 
 }  // namespace

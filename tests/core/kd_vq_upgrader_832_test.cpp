@@ -11,13 +11,13 @@ Script Repository(bool withVersionInfo, std::string failing = "", int32_t native
 }
 
 TEST(KDVqUpgrader832, ScriptedSituations) {
-    const std::vector<ScriptedCase> cases = {
-        {"oracle, fresh 8.3.0 repository", kOracle, 1206, Repository(true), "True"},
-        {"sql server, old table already gone", kSqlServer, 1500, Repository(false), "True"},
-        {"sql server, a failed column add is kept through a good drop", kSqlServer, 1206,
-         Repository(true, "Alter table KD_VQ_DB_VERSION add DATABASE_ID VARCHAR(64)", 207), "False"},
+    const std::vector<Situation> cases = {
+        {"oracle, fresh 8.3.0 repository", kOracle, Repository(true), "True", "", 1206},
+        {"sql server, old table already gone", kSqlServer, Repository(false), "True", "", 1500},
+        {"sql server, a failed column add is kept through a good drop", kSqlServer,
+         Repository(true, "Alter table KD_VQ_DB_VERSION add DATABASE_ID VARCHAR(64)", 207), "False", "", 1206},
     };
-    ExpectScripted(New_KDVqUpgrader832, cases);
+    ExpectSituations(New_KDVqUpgrader832, cases);
 }
 
 }  // namespace

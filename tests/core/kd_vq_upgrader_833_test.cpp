@@ -24,36 +24,36 @@ void Repository(ado::ScriptedProvider& p) {
 }
 
 TEST(KDVqUpgrader833, ScriptedSituations) {
-    const std::vector<ScriptedCase> cases = {
-        {"oracle, columns missing", kOracle, 1601, Repository, "True"},
-        {"sql server, columns present and a sequence row to continue", kSqlServer, 1700,
+    const std::vector<Situation> cases = {
+        {"oracle, columns missing", kOracle, Repository, "True", "", 1601},
+        {"sql server, columns present and a sequence row to continue", kSqlServer,
          [](ado::ScriptedProvider& p) {
              Repository(p);
              p.AnswerQuery(kSequence, Table({"NAME", "SEQUENCE_VALUE", "INCR"}, {{"VQ_SupportedExtensionID", 50, 5}}));
              p.AnswerQuery(kIdProbe, Table({"ID"}));
              p.AnswerQuery(kExtensionIdProbe, Table({"EXTENSION_ID"}));
          },
-         "True"},
-        {"sql server, no extensions and no node types", kSqlServer, 1601,
+         "True", "", 1700},
+        {"sql server, no extensions and no node types", kSqlServer,
          [](ado::ScriptedProvider& p) {
              p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{1601}}));
              p.SetUnknownQueriesSucceed(true);
          },
-         "True"},
-        {"oracle, the failed ID column is forgotten once the node types are linked", kOracle, 1601,
+         "True", "", 1601},
+        {"oracle, the failed ID column is forgotten once the node types are linked", kOracle,
          [](ado::ScriptedProvider& p) {
              Repository(p);
              p.FailExecute("Alter table KD_VQ_SUPPORTED_EXTENSIONS add ID NUMBER(38)", {904});
          },
-         "True"},
-        {"sql server, a failed EXTENSION_ID column decides the outcome", kSqlServer, 1601,
+         "True", "", 1601},
+        {"sql server, a failed EXTENSION_ID column decides the outcome", kSqlServer,
          [](ado::ScriptedProvider& p) {
              Repository(p);
              p.FailExecute("Alter table KD_VQ_NODE_TYPE add EXTENSION_ID INT", {4902});
          },
-         "False"},
+         "False", "", 1601},
     };
-    ExpectScripted(New_KDVqUpgrader833, cases);
+    ExpectSituations(New_KDVqUpgrader833, cases);
 }
 
 // A node type whose extension is not installed gets -1 like an unknown

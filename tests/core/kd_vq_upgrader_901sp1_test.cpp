@@ -16,22 +16,13 @@ struct Texts {
     std::string extensions = "SELECT NAME, ID FROM " + prefix + "KD_VQ_SUPPORTED_EXTENSIONS";
     std::string nodeTypes = "SELECT NAME, NODE_TYPE_ID, EXTENSION_ID FROM " + prefix + "KD_VQ_NODE_TYPE";
     std::string states = "SELECT STATE_ID, NODE_TYPE_ID FROM " + prefix + "KD_VQ_STATE";
-    std::string StatePass(int role) const {
-        return "SELECT s.STATE_ID, NAME, ROLE_ID FROM " + prefix + "KD_VQ_STATE_ROLE sr, " + prefix +
-               "KD_VQ_STATE s WHERE ROLE_ID=" + std::to_string(role) + " AND s.STATE_ID=sr.STATE_ID";
-    }
-    std::string FilterPass(int role) const {
-        return "SELECT STATE_ID, PROGID, ROLE_ID FROM " + prefix + "KD_VQ_FILTER_ROLE, " + prefix +
-               "KD_VQ_FILTERS WHERE ROLE_ID=" + std::to_string(role) + " AND ID=FILTER_ID";
-    }
-    std::string TaskPass(int role) const {
-        return "SELECT ROLE_ID, NAME, NODE_TYPE_ID FROM " + prefix + "KD_VQ_TASK_ROLE tr, " + prefix +
-               " KD_VQ_TASKS t WHERE ROLE_ID=" + std::to_string(role) + " AND tr.TASK_ID=t.TASK_ID";
-    }
-    std::string TransitionPass(int role) const {
-        return "SELECT ROLE_ID, NAME, NODE_TYPE_ID FROM " + prefix + "KD_VQ_TRANSITION_ROLE tr, " + prefix +
-               " KD_VQ_TRANSITION t WHERE ROLE_ID=" + std::to_string(role) + " AND tr.TRANSITION_ID=t.TRANSITION_ID";
-    }
+    // The passes over role 5's objects.
+    std::string statePass = "SELECT s.STATE_ID, NAME, ROLE_ID FROM " + prefix + "KD_VQ_STATE_ROLE sr, " + prefix +
+                            "KD_VQ_STATE s WHERE ROLE_ID=5 AND s.STATE_ID=sr.STATE_ID";
+    std::string filterPass = "SELECT STATE_ID, PROGID, ROLE_ID FROM " + prefix + "KD_VQ_FILTER_ROLE, " + prefix +
+                             "KD_VQ_FILTERS WHERE ROLE_ID=5 AND ID=FILTER_ID";
+    std::string taskPass = "SELECT ROLE_ID, NAME, NODE_TYPE_ID FROM " + prefix + "KD_VQ_TASK_ROLE tr, " + prefix +
+                           " KD_VQ_TASKS t WHERE ROLE_ID=5 AND tr.TASK_ID=t.TASK_ID";
 };
 
 const std::string kRoles = "SELECT ROLE_ID, NAME, EXTENSION_ID FROM KD_VQ_ROLE";
@@ -54,31 +45,30 @@ void Repository(ado::ScriptedProvider& p, const Texts& t) {
                                       {"Gone", 12, -1}, {"Session", 13, 102}}));
     p.AnswerQuery(t.states, Table({"STATE_ID", "NODE_TYPE_ID"}, {{1, 10}, {2, 11}, {3, 13}}));
     p.AnswerQuery(kRoles, Table({"ROLE_ID", "NAME", "EXTENSION_ID"}, {{5, "Clerk", kNull}, {6, "Boss", 102}}));
-    p.AnswerQuery(t.StatePass(5), Table({"STATE_ID", "NAME", "ROLE_ID"}, {{1, "Open", 5}, {2, "Loose state", 5}}));
-    p.AnswerQuery(t.TaskPass(5), Table({"ROLE_ID", "NAME", "NODE_TYPE_ID"}, {{5, "Review", 10}}));
+    p.AnswerQuery(t.statePass, Table({"STATE_ID", "NAME", "ROLE_ID"}, {{1, "Open", 5}, {2, "Loose state", 5}}));
+    p.AnswerQuery(t.taskPass, Table({"ROLE_ID", "NAME", "NODE_TYPE_ID"}, {{5, "Review", 10}}));
 }
 
 TEST(KDVqUpgrader901sp1, ScriptedSituations) {
     const Texts plain{""};
     const Texts prefixed{"ORV_"};
-    const std::vector<ScriptedCase> cases = {
-        {"oracle, columns missing", kOracle, 1926, [&](auto& p) { Repository(p, plain); }, "True"},
-        {"sql server with a table prefix", kSqlServer, 2702, [&](auto& p) { Repository(p, prefixed); }, "True",
-         "ORV_"},
-        {"oracle, empty transitions and roles, columns present", kOracle, 1926,
+    const std::vector<Situation> cases = {
+        {"oracle, columns missing", kOracle, [&](auto& p) { Repository(p, plain); }, "True", "", 1926},
+        {"sql server with a table prefix", kSqlServer, [&](auto& p) { Repository(p, prefixed); }, "True", "ORV_", 2702},
+        {"oracle, empty transitions and roles, columns present", kOracle,
          [](auto& p) {
              p.SetUnknownQueriesSucceed(true);
              p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{1926}}));
          },
-         "True"},
-        {"sql server, a failing pass query: the role run answers false", kSqlServer, 1926,
+         "True", "", 1926},
+        {"sql server, a failing pass query: the role run answers false", kSqlServer,
          [&](auto& p) {
              Repository(p, plain);
-             p.FailQuery(plain.FilterPass(5));
+             p.FailQuery(plain.filterPass);
          },
-         "False"},
+         "False", "", 1926},
     };
-    ExpectScripted(New_KDVqUpgrader901sp1, cases);
+    ExpectSituations(New_KDVqUpgrader901sp1, cases);
 }
 
 }  // namespace

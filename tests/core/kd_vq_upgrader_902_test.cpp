@@ -38,27 +38,26 @@ void QuoteFails(ado::ScriptedProvider& p) {
 }
 
 TEST(KDVqUpgrader902, ScriptedSituations) {
-    const std::vector<ScriptedCase> cases = {
-        {"oracle, fresh 9.0.1 repository", kOracle, 2703, Repository, "True"},
-        {"sql server, fresh 9.0.1 repository", kSqlServer, 2703, Repository, "True"},
-        {"sql server at 2769 with a history table: EXTRA_DATA is recreated", kSqlServer, 2769, WithHistory,
-         "True"},
-        {"sql server at 2768: EXTRA_DATA is kept", kSqlServer, 2768, WithHistory, "True"},
-        {"sql server at 2770: EXTRA_DATA is kept", kSqlServer, 2770, WithHistory, "True"},
-        {"oracle at 2769: only SQL Server recreates EXTRA_DATA", kOracle, 2769, WithHistory, "True"},
-        {"oracle, a quote in a user name: the others still run, 103", kOracle, 2703,
+    const std::vector<Situation> cases = {
+        {"oracle, fresh 9.0.1 repository", kOracle, Repository, "True", "", 2703},
+        {"sql server, fresh 9.0.1 repository", kSqlServer, Repository, "True", "", 2703},
+        {"sql server at 2769 with a history table: EXTRA_DATA is recreated", kSqlServer, WithHistory, "True", "", 2769},
+        {"sql server at 2768: EXTRA_DATA is kept", kSqlServer, WithHistory, "True", "", 2768},
+        {"sql server at 2770: EXTRA_DATA is kept", kSqlServer, WithHistory, "True", "", 2770},
+        {"oracle at 2769: only SQL Server recreates EXTRA_DATA", kOracle, WithHistory, "True", "", 2769},
+        {"oracle, a quote in a user name: the others still run, 103", kOracle,
          [](auto& p) {
              WithHistory(p);
              QuoteFails(p);
          },
-         "False"},
-        {"oracle, a failed SUBTASK_ID column: sequence 1, history still filled", kOracle, 2703,
+         "False", "", 2703},
+        {"oracle, a failed SUBTASK_ID column: sequence 1, history still filled", kOracle,
          [](auto& p) {
              WithHistory(p);
              p.FailExecute("Alter table KD_VQ_SUBTASKS add (SUBTASK_ID NUMBER(38))", {1430});
          },
-         "False"},
-        {"sql server, a failed column: the history is left alone", kSqlServer, 2703,
+         "False", "", 2703},
+        {"sql server, a failed column: the history is left alone", kSqlServer,
          [](auto& p) {
              Repository(p);
              p.AnswerQuery(kSubtaskIdProbe, Table({"SUBTASK_ID"}));
@@ -67,15 +66,15 @@ TEST(KDVqUpgrader902, ScriptedSituations) {
              p.FailExecute("ALTER TABLE KD_VQ_HISTORY ADD USER_ID INT;", {2705});
              p.AnswerQuery(kHasEditsProbe, Table({"HAS_EDITS"}));
          },
-         "False"},
-        {"oracle, no users: no completion message", kOracle, 2703,
+         "False", "", 2703},
+        {"oracle, no users: no completion message", kOracle,
          [](auto& p) {
              WithHistory(p);
              p.AnswerQuery(kUsers, Table({"USER_ID", "USER_NAME"}));
          },
-         "True"},
+         "True", "", 2703},
     };
-    ExpectScripted(New_KDVqUpgrader902, cases);
+    ExpectSituations(New_KDVqUpgrader902, cases);
 }
 
 // The subtask counter is 16-bit: 32766 subtasks still fit, 32767 overflow

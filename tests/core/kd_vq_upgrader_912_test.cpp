@@ -13,14 +13,14 @@ Script Repository(bool withColumn, std::string failing = "", int32_t nativeError
 }
 
 TEST(KDVqUpgrader912, ScriptedSituations) {
-    const std::vector<ScriptedCase> cases = {
-        {"oracle, column missing", kOracle, 2860, Repository(false), "True"},
-        {"sql server, column missing", kSqlServer, 3353, Repository(false), "True"},
-        {"oracle, column present: empty flags still set", kOracle, 2860, Repository(true), "True"},
-        {"oracle, a failed column add: no update", kOracle, 2860, Repository(false, kOraAdd, 1430), "False"},
-        {"sql server, a failed update reports 103", kSqlServer, 2860, Repository(true, kUpdate, 207), "False"},
+    const std::vector<Situation> cases = {
+        {"oracle, column missing", kOracle, Repository(false), "True", "", 2860},
+        {"sql server, column missing", kSqlServer, Repository(false), "True", "", 3353},
+        {"oracle, column present: empty flags still set", kOracle, Repository(true), "True", "", 2860},
+        {"oracle, a failed column add: no update", kOracle, Repository(false, kOraAdd, 1430), "False", "", 2860},
+        {"sql server, a failed update reports 103", kSqlServer, Repository(true, kUpdate, 207), "False", "", 2860},
     };
-    ExpectScripted(New_KDVqUpgrader912, cases);
+    ExpectSituations(New_KDVqUpgrader912, cases);
 }
 
 }  // namespace

@@ -21,25 +21,24 @@ Script Repository(Messaging messaging, bool roleTable, std::string failing = "",
 }
 
 TEST(KDVqUpgrader920, ScriptedSituations) {
-    const std::vector<ScriptedCase> cases = {
-        {"oracle, fresh repository", kOracle, 3354, Repository(Messaging::Missing, false), "True"},
-        {"sql server, old messaging table: dropped and made anew", kSqlServer, 4038,
-         Repository(Messaging::OldShape, true), "True"},
-        {"oracle, current messaging table kept, only the role table made", kOracle, 3354,
-         Repository(Messaging::Current, false), "True"},
-        {"sql server, a failed drop is ignored", kSqlServer, 3354, Repository(Messaging::OldShape, true, kDrop, 3701),
-         "True"},
-        {"oracle, a failed create is replaced by the next one", kOracle, 3354,
+    const std::vector<Situation> cases = {
+        {"oracle, fresh repository", kOracle, Repository(Messaging::Missing, false), "True", "", 3354},
+        {"sql server, old messaging table: dropped and made anew", kSqlServer,
+         Repository(Messaging::OldShape, true), "True", "", 4038},
+        {"oracle, current messaging table kept, only the role table made", kOracle,
+         Repository(Messaging::Current, false), "True", "", 3354},
+        {"sql server, a failed drop is ignored", kSqlServer, Repository(Messaging::OldShape, true, kDrop, 3701),
+         "True", "", 3354},
+        {"oracle, a failed create is replaced by the next one", kOracle,
          Repository(Messaging::Missing, false,
                     "Create Table KD_VQ_MESSAGING (ID NUMBER(38), TYPE VARCHAR2(64), VERB VARCHAR2(64), NOUN "
                     "VARCHAR2(64), VERSION VARCHAR2(64), PROCESSOR_ID VARCHAR2(255))",
-                    1031),
-         "True"},
-        {"sql server, the last create fails", kSqlServer, 3354,
+                    1031), "True", "", 3354},
+        {"sql server, the last create fails", kSqlServer,
          Repository(Messaging::Current, false, "Create Table KD_VQ_MESSAGING_ROLE (MESSAGE_ID INT, ROLE_ID INT)", 262),
-         "False"},
+         "False", "", 3354},
     };
-    ExpectScripted(New_KDVqUpgrader920, cases);
+    ExpectSituations(New_KDVqUpgrader920, cases);
 }
 
 }  // namespace

@@ -6,17 +6,17 @@ namespace {
 const Script VersionRow = CoreRepository(4039);
 
 TEST(KDVqUpgrader93rev2, ScriptedSituations) {
-    const std::vector<ScriptedCase> cases = {
-        {"oracle, no keys yet", kOracle, 4039, VersionRow, "True"},
-        {"sql server, no keys yet", kSqlServer, 4865, VersionRow, "True"},
-        {"sql server, duplicate ids stop the keys", kSqlServer, 4039,
+    const std::vector<Situation> cases = {
+        {"oracle, no keys yet", kOracle, VersionRow, "True", "", 4039},
+        {"sql server, no keys yet", kSqlServer, VersionRow, "True", "", 4865},
+        {"sql server, duplicate ids stop the keys", kSqlServer,
          [](auto& p) {
              VersionRow(p);
              p.FailExecute("ALTER TABLE KD_VQ_ROLE ADD PRIMARY KEY (ROLE_ID)", {1505});
          },
-         "False"},
+         "False", "", 4039},
     };
-    ExpectScripted(New_KDVqUpgrader93rev2, cases);
+    ExpectSituations(New_KDVqUpgrader93rev2, cases);
 }
 
 // A failure names the last numbered step Execute reached.

@@ -1,56 +1,30 @@
 // How the skeleton every upgrader class follows chooses its dialect from
-// the provider's text, through a small class of the test's own.
+// the provider's text, seen through the 9.1.2 core upgrader's one column.
 #include <gtest/gtest.h>
 
-#include "framework/upgrader_base.h"
+#include <algorithm>
+
 #include "tests/support/upgrader_run.h"
 
-namespace kdvq {
+namespace kdvq::testing {
 namespace {
 
-using automation::Variant;
-
-// Enabled below 1206; each dialect runs one statement; writes 1206.
-class SampleUpgrader : public UpgraderBase {
-public:
-    SampleUpgrader() : UpgraderBase("KDSampleUpgrader", "KDSampleUpgrade") {}
-    static com::ComPtr<SampleUpgrader> New() { return com::ComPtr<SampleUpgrader>(new SampleUpgrader()); }
-
-protected:
-    bool IsEnabledFor(int32_t version) override { return version < 1206; }
-    int32_t NameId() const override { return 232; }
-    int32_t DescriptionId() const override { return 231; }
-    bool UpgradeOracle() override { return Run("ORACLE STEP", "oracle step"); }
-    bool UpgradeMSSQL() override { return Run("MSSQL STEP", "mssql step"); }
-    std::string VersionTable() const override { return "KD_VQ_DB_VERSION"; }
-    int32_t NewVersion() const override { return 1206; }
-};
-
-struct DialectCase {
-    std::string provider;
-    std::string statement;
-};
-
 TEST(UpgraderSkeleton, ProviderTextChoosesTheDialect) {
-    const std::vector<DialectCase> cases = {
-        {"OraOLEDB.Oracle", "ORACLE"},  {"OraOLEDB.Oracle.1", "ORACLE"}, {"ORACLE", "ORACLE"},
-        {"oracle", "ORACLE"},           {"MSDAORA", "MSSQL"},            {"MSDAORA.1", "MSSQL"},
-        {"SQLOLEDB", "MSSQL"},          {"Microsoft.Jet.OLEDB.4.0", "MSSQL"},
+    // A text naming Oracle in any case is Oracle's; "MSDAORA" is not.
+    const std::vector<std::pair<std::string, bool>> cases = {
+        {"OraOLEDB.Oracle", true}, {"OraOLEDB.Oracle.1", true}, {"ORACLE", true},    {"oracle", true},
+        {"MSDAORA", false},        {"MSDAORA.1", false},        {"SQLOLEDB", false}, {"Microsoft.Jet.OLEDB.4.0", false},
     };
-    for (const DialectCase& c : cases) {
-        SCOPED_TRACE(c.provider);
-        testing::ScriptedRun run(c.provider);
-        run.provider->AnswerQuery("select VERSION from KD_VQ_DB_VERSION", {{"VERSION"}, {{Variant::Long(1000)}}});
-        auto upgrader = SampleUpgrader::New();
-        ASSERT_TRUE(CallEnabled(upgrader.Get(), run.host.Login(run.cn.Get()).Get(), 1000));
-        EXPECT_TRUE(CallExecute(upgrader.Get(), run.host.Callback().Get()));
-        const std::string step = c.statement == "ORACLE" ? "oracle step" : "mssql step";
-        EXPECT_EQ(run.host.Log().Lines(),
-                  std::vector<std::string>({"START " + step, "EXEC " + c.statement + " STEP", "DONE res102",
-                                            "OPEN select VERSION from KD_VQ_DB_VERSION",
-                                            "UPDATE KD_VQ_DB_VERSION #1 SET VERSION=1206"}));
+    const std::string oracleColumn = "EXEC Alter table KD_VQ_NODE_TYPE add (INITIAL_STATE NUMBER(38))";
+    const std::string sqlServerColumn = "EXEC Alter table KD_VQ_NODE_TYPE add INITIAL_STATE INT;";
+    for (const auto& [provider, oracle] : cases) {
+        SCOPED_TRACE(provider);
+        ScriptedRun run(provider);
+        EnableAndExecute(run.host, New_KDVqUpgrader912().Get(), run.cn.Get(), "", 2860);
+        const Lines& lines = run.host.Log().Lines();
+        EXPECT_NE(std::find(lines.begin(), lines.end(), oracle ? oracleColumn : sqlServerColumn), lines.end());
     }
 }
 
 }  // namespace
-}  // namespace kdvq
+}  // namespace kdvq::testing

@@ -1,5 +1,5 @@
 #pragma once
-// The session part of a scripted repository as the 8.3.3 and 9.0.2 tests
+// The session part of a scripted repository as the session tests
 // start from.
 #include <string>
 

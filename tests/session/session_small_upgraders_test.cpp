@@ -3,8 +3,7 @@
 // texts, and no version when it fails.
 #include <gtest/gtest.h>
 
-#include "tests/support/scripted_repository.h"
-#include "tests/support/upgrader_run.h"
+#include "tests/session/session_repository.h"
 
 namespace kdvq::testing {
 namespace {
@@ -21,9 +20,7 @@ const std::string kAddKey = "ALTER TABLE KD_SESSION ADD PRIMARY KEY (SESSION_ID)
 Script Repository(int32_t sessionVersion, std::string failing = "", int32_t nativeError = 0) {
     return [=](ado::ScriptedProvider& p) {
         ScriptedRepository repo(&p);
-        repo.Table("KD_VQ_SUPPORTED_EXTENSIONS", {"NAME"}, {{Variant("KDSessionManager")}});
-        repo.Table("KD_SESSION", {"SESSION_ID"});
-        repo.Version("KD_SESSION_DB_VERSION", sessionVersion);
+        SessionRepository(repo, {}, sessionVersion);
         if (!failing.empty()) repo.Fail(failing, {nativeError});
     };
 }

@@ -1,3 +1,5 @@
+// The host objects of the test host, each recording what the library asked
+// of it into a transcript, and the TestHost that registers them.
 #include "tests/support/host_objects.h"
 
 #include <cstdio>
@@ -5,8 +7,11 @@
 #include <mutex>
 #include <utility>
 
+#include "framework/mod_kd_startup.h"
+#include "framework/mod_main.h"
 #include "platform/automation/basic_error.h"
 #include "platform/com/error_info.h"
+#include "platform/com/runtime.h"
 
 namespace kdvq::testing {
 
@@ -21,9 +26,34 @@ std::function<bool()> serviceFails;
 
 bool ServiceFails() { return serviceFails && serviceFails(); }
 
-template <class T, class... Args>
-com::HRESULT CreateAs(com::REFIID iid, void** out, Args&&... args) {
-    return T::Create(std::forward<Args>(args)...)->QueryInterface(iid, out);
+// The category identifier the category service answers for code 122.
+const std::string kUpgraderCategoryText = "{9ADDD0F3-2471-4EC4-B342-85DB55EAAA60}";
+
+// "res<id>" or "res<id>(v1,v2,...)" with the values as text.
+std::string ResourceText(int32_t id, const VariantArray& values) {
+    std::string text = "res" + std::to_string(id);
+    if (values.items.empty()) return text;
+    text += "(";
+    for (size_t i = 0; i < values.items.size(); ++i) {
+        if (i > 0) text += ",";
+        text += values.items[i].CStr();
+    }
+    return text + ")";
+}
+
+// A logged text with CR and LF written as the two characters \r and \n.
+std::string ShowControlCharacters(const std::string& text) {
+    std::string shown;
+    for (char c : text) {
+        if (c == '\r') {
+            shown += "\\r";
+        } else if (c == '\n') {
+            shown += "\\n";
+        } else {
+            shown += c;
+        }
+    }
+    return shown;
 }
 
 class Logger : public com::Object<Logger, IKDLogger> {
@@ -147,14 +177,30 @@ private:
     std::shared_ptr<Transcript> transcript_;
 };
 
-}  // namespace
-
+// The transcript the logger writes into. The library keeps its logger for
+// the life of the thread, so the logger does not belong to one TestHost:
+// it writes into whichever host is current. Setting it also ends the
+// failures of RefuseNextReport and SetHostServiceFailure.
 void SetLogTranscript(std::shared_ptr<Transcript> transcript) {
     std::lock_guard<std::mutex> lock(logMutex);
     logTranscript = std::move(transcript);
     refuseNextReport = false;
     serviceFails = nullptr;
 }
+
+com::ComPtr<IKDLogin> NewLogin(ado::Connection* connection, const std::string& prefix) {
+    return Login::Create(connection ? connection->Unknown() : nullptr, prefix);
+}
+
+// Registers, in this process, a class object creating T from args.
+template <class T, class... Args>
+unsigned long Register(const com::CLSID& clsid, Args... args) {
+    com::ComPtr<com::IClassFactory> factory = com::MakeClassFactory(
+        [args...](com::REFIID iid, void** out) { return T::Create(args...)->QueryInterface(iid, out); });
+    return com::RegisterClassObject(clsid, factory.Get());
+}
+
+}  // namespace
 
 void RefuseNextReport() {
     std::lock_guard<std::mutex> lock(logMutex);
@@ -163,55 +209,57 @@ void RefuseNextReport() {
 
 void SetHostServiceFailure(std::function<bool()> fails) { serviceFails = std::move(fails); }
 
-com::HRESULT CreateLogger(com::REFIID iid, void** out) { return CreateAs<Logger>(iid, out); }
-com::HRESULT CreateResourceStrings(com::REFIID iid, void** out) { return CreateAs<ResourceStrings>(iid, out); }
-com::HRESULT CreateCategoryService(com::REFIID iid, void** out) { return CreateAs<CategoryService>(iid, out); }
-com::HRESULT CreateInputBox(std::shared_ptr<Transcript> transcript, std::shared_ptr<std::string> answer,
-                            com::REFIID iid, void** out) {
-    return CreateAs<TestInputBox>(iid, out, std::move(transcript), std::move(answer));
-}
-com::HRESULT CreateRegistryComponent(std::shared_ptr<Transcript> transcript,
-                                     std::shared_ptr<std::map<std::string, std::string>> values, com::REFIID iid,
-                                     void** out) {
-    return CreateAs<RegistryComponent>(iid, out, std::move(transcript), std::move(values));
-}
-com::HRESULT CreateProbe(com::REFIID iid, void** out) { return CreateAs<Probe>(iid, out); }
-
-com::ComPtr<IKDLogin> NewLogin(ado::Connection* connection, const std::string& prefix) {
-    return Login::Create(connection ? connection->Unknown() : nullptr, prefix);
-}
-
 com::ComPtr<IKDLogin> NewLoginHanding(com::IUnknown* object) {
     return Login::Create(object, "");
 }
 
-com::ComPtr<IKDProgressCallback> NewRecordingCallback(std::shared_ptr<Transcript> transcript) {
-    return RecordingCallback::Create(std::move(transcript));
+TestHost::TestHost()
+    : transcript_(std::make_shared<Transcript>()),
+      inputAnswer_(std::make_shared<std::string>()),
+      registry_(std::make_shared<std::map<std::string, std::string>>()) {
+    SetLogTranscript(transcript_);
+    cookies_.push_back(Register<Logger>(CLSID_KDLogger));
+    cookies_.push_back(Register<ResourceStrings>(CLSID_KDResourceStrings));
+    cookies_.push_back(Register<CategoryService>(CLSID_KDCategoryService));
+    cookies_.push_back(Register<TestInputBox>(CLSID_KDInputBox, transcript_, inputAnswer_));
+    cookies_.push_back(Register<RegistryComponent>(CLSID_KDRegistry, transcript_, registry_));
+    SetProbeAvailable(true);
+
+    ResetSupportedExtensionCacheForThisThread();
+    if (ThreadGlobals().Empty()) kdMain();
 }
 
-std::string ResourceText(int32_t id, const VariantArray& values) {
-    std::string text = "res" + std::to_string(id);
-    if (values.items.empty()) return text;
-    text += "(";
-    for (size_t i = 0; i < values.items.size(); ++i) {
-        if (i > 0) text += ",";
-        text += values.items[i].CStr();
-    }
-    return text + ")";
+TestHost::~TestHost() {
+    SetProbeAvailable(false);
+    for (unsigned long cookie : cookies_) com::RevokeClassObject(cookie);
+    SetLogTranscript(nullptr);
 }
 
-std::string ShowControlCharacters(const std::string& text) {
-    std::string shown;
-    for (char c : text) {
-        if (c == '\r') {
-            shown += "\\r";
-        } else if (c == '\n') {
-            shown += "\\n";
-        } else {
-            shown += c;
-        }
+void TestHost::SetProbeAvailable(bool available) {
+    if (available && probeCookie_ == 0) {
+        probeCookie_ = Register<Probe>(CLSID_KDProbe);
+    } else if (!available && probeCookie_ != 0) {
+        com::RevokeClassObject(probeCookie_);
+        probeCookie_ = 0;
     }
-    return shown;
 }
+
+com::ComPtr<IKDLogin> TestHost::Login(ado::Connection* connection, const std::string& prefix) {
+    return NewLogin(connection, prefix);
+}
+
+com::ComPtr<IKDProgressCallback> TestHost::Callback() { return RecordingCallback::Create(transcript_); }
+
+com::ComPtr<ado::Connection> TestHost::ScriptedConnection(const std::string& providerName,
+                                                         ado::ScriptedProvider** provider) {
+    auto scripted = std::make_unique<ado::ScriptedProvider>(
+        providerName, [transcript = transcript_](const std::string& line) { transcript->Add(line); });
+    if (provider) *provider = scripted.get();
+    com::ComPtr<ado::Connection> connection = ado::NewConnection();
+    connection->OpenWith(std::move(scripted));
+    return connection;
+}
+
+std::string TestHost::UpgraderCategory() { return kUpgraderCategoryText; }
 
 }  // namespace kdvq::testing

@@ -106,17 +106,13 @@ private:
         }
 
         void Apply(const std::string& sql) {
-            static const std::regex createAs(R"(create table (\S+) as select \* from (\S+))", std::regex::icase);
             static const std::regex create(R"(create table (\S+) ?\((.*)\))", std::regex::icase);
             static const std::regex insertValue(R"(insert into (\S+) values \((-?\d+)\))", std::regex::icase);
             static const std::regex addColumn(R"(alter table (\S+) add (\w+) .*)", std::regex::icase);
-            static const std::regex dropColumn(R"(alter table (\S+) drop (?:column )?(\w+))", std::regex::icase);
             static const std::regex dropTable(R"(drop table (\S+)( cascade constraints)?)", std::regex::icase);
             static const std::regex setVersion(R"(update (\S+) set VERSION = (-?\d+))", std::regex::icase);
             std::smatch m;
-            if (std::regex_match(sql, m, createAs)) {
-                if (ado::ScriptedRows* source = Find(m[2])) tables[Key(m[1])] = *source;
-            } else if (std::regex_match(sql, m, create)) {
+            if (std::regex_match(sql, m, create)) {
                 ado::ScriptedRows t;
                 std::string defs = m[2];
                 static const std::regex column(R"((?:^|,)\s*(\w+))");
@@ -129,13 +125,6 @@ private:
                 if (ado::ScriptedRows* t = Find(m[1])) {
                     t->columns.push_back(m[2]);
                     for (auto& row : t->rows) row.push_back(automation::Variant::Null());
-                }
-            } else if (std::regex_match(sql, m, dropColumn)) {
-                ado::ScriptedRows* t = Find(m[1]);
-                int index = t ? ColumnIndex(*t, m[2]) : -1;
-                if (index >= 0) {
-                    t->columns.erase(t->columns.begin() + index);
-                    for (auto& row : t->rows) row.erase(row.begin() + index);
                 }
             } else if (std::regex_match(sql, m, dropTable)) {
                 tables.erase(Key(m[1]));

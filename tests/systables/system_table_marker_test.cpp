@@ -69,9 +69,16 @@ std::vector<std::string> Texts(const Variant& list) {
 const std::vector<UpgraderPtr (*)()> kMarkers = {New_KDHideVqTables, New_KDHideSMTables, New_KDHideWFMTables,
                                                  New_KDHideMobileTables};
 
+// References the callback has beyond the caller's.
+unsigned long ExtraReferences(IKDProgressCallback* callback) {
+    callback->AddRef();
+    return callback->Release() - 1;
+}
+
 // Each list name by name (transcripts/.../<class>-list.txt), a new
-// collection on every call.
-TEST(SystemTableMarkers, ListsNameByNameAndNewOnEveryCall) {
+// collection on every call; Execute succeeds without an Enabled before it,
+// touches nothing and keeps no reference to the callback.
+TEST(SystemTableMarkers, ListsAndExecute) {
     for (auto create : kMarkers) {
         TestHost host;
         UpgraderPtr up = create();
@@ -83,22 +90,7 @@ TEST(SystemTableMarkers, ListsNameByNameAndNewOnEveryCall) {
         ExpectTranscript(up->ClassName() + " list", Texts(first));
         EXPECT_EQ(Texts(second), Texts(first));
         EXPECT_NE(automation::CollectionOf(first).Get(), automation::CollectionOf(second).Get());
-    }
-}
 
-// References the callback has beyond the caller's.
-unsigned long ExtraReferences(IKDProgressCallback* callback) {
-    callback->AddRef();
-    return callback->Release() - 1;
-}
-
-// Execute succeeds without an Enabled before it, touches nothing and keeps
-// no reference to the callback.
-TEST(SystemTableMarkers, ExecuteTouchesNothingAndKeepsNoCallback) {
-    for (auto create : kMarkers) {
-        TestHost host;
-        UpgraderPtr up = create();
-        SCOPED_TRACE(up->ClassName());
         auto callback = host.Callback();
         const unsigned long before = ExtraReferences(callback.Get());
         EXPECT_TRUE(CallExecute(up.Get(), callback.Get()));
