@@ -45,13 +45,6 @@ void LogSink::Write(const std::string& text, int32_t level) {
     std::FILE* out = Stream();
     for (const std::string& line : Format(clock_(), text, level)) std::fprintf(out, "%s\n", line.c_str());
     std::fflush(out);
-    ++counts_[level];
-}
-
-int LogSink::Count(int32_t level) const {
-    std::lock_guard<std::mutex> lock(mutex_);
-    auto found = counts_.find(level);
-    return found == counts_.end() ? 0 : found->second;
 }
 
 std::vector<std::string> LogSink::Format(const std::string& stamp, const std::string& text, int32_t level) {

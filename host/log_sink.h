@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <functional>
-#include <map>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -29,8 +28,6 @@ public:
 
     void Write(const std::string& text, int32_t level);
     const std::string& Path() const { return path_; }
-    // How many entries of a level were written.
-    int Count(int32_t level) const;
 
     // The lines an entry is written as (without line ends).
     static std::vector<std::string> Format(const std::string& stamp, const std::string& text, int32_t level);
@@ -44,8 +41,7 @@ private:
     Clock clock_;
     std::FILE* file_ = nullptr;
     bool openFailed_ = false;
-    std::map<int32_t, int> counts_;
-    mutable std::mutex mutex_;
+    std::mutex mutex_;
 };
 
 }  // namespace kdhost
