@@ -2,12 +2,11 @@
 // The fixture library's class and interface, and a registry file of the
 // test's own, shared by the fixture library and the runtime's tests.
 #include <stdlib.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <string>
 
 #include "platform/com/unknown.h"
+#include "tests/support/test_host.h"
 
 namespace fixture {
 
@@ -32,10 +31,7 @@ struct IWidget : com::IUnknown {
 // object's lifetime; the previous value comes back afterwards.
 class ScopedRegistryFile {
 public:
-    ScopedRegistryFile() {
-        char pattern[] = "/tmp/kdvq-registry-XXXXXX";
-        dir_ = mkdtemp(pattern);
-        path_ = dir_ + "/sub/registry.ini";
+    ScopedRegistryFile() : path_(dir_.File("sub/registry.ini")) {
         if (const char* old = getenv("KDVQ_REGISTRY")) previous_ = old, hadPrevious_ = true;
         setenv("KDVQ_REGISTRY", path_.c_str(), 1);
     }
@@ -45,17 +41,16 @@ public:
         } else {
             unsetenv("KDVQ_REGISTRY");
         }
-        std::error_code ignored;  // leftovers in /tmp are harmless
-        std::filesystem::remove_all(dir_, ignored);
     }
     ScopedRegistryFile(const ScopedRegistryFile&) = delete;
     ScopedRegistryFile& operator=(const ScopedRegistryFile&) = delete;
 
     const std::string& Path() const { return path_; }
-    const std::string& Dir() const { return dir_; }
+    const std::string& Dir() const { return dir_.Path(); }
 
 private:
-    std::string dir_, path_, previous_;
+    kdvq::testing::TempDir dir_;
+    std::string path_, previous_;
     bool hadPrevious_ = false;
 };
 
