@@ -67,8 +67,8 @@ inline com::ComPtr<ado::Recordset> OpenStream(ado::Connection* connection, const
 //   count, bof, eof, get|FIELD, type|FIELD (the Variant type of its value),
 //   row, errors (the connection's Errors entries) and query|SQL (the rows
 //   the connection reads, joined by commas) answer what they read;
-//   open|SQL opens an editable recordset, stream|SQL a read one (OpenStream)
-//   and static|SQL a server-side static one; begin answers the nesting level;
+//   open|SQL opens an editable recordset and stream|SQL a read one
+//   (OpenStream); begin answers the nesting level;
 //   set|FIELD|VALUE (VALUE as typed_value.h reads it), update, cancel, addnew,
 //   save, close, exec|SQL, commit, rollback, outer-begin, outer-commit,
 //   outer-rollback and disconnect (closes the connection) answer nothing; extra verbs answer what the caller's
@@ -107,10 +107,6 @@ private:
         if (extra_.count(verb)) return extra_[verb](sql);
         if (verb == "open") rs_ = OpenEditable(&connection_, sql);
         else if (verb == "stream") rs_ = OpenStream(&connection_, sql);
-        else if (verb == "static") {
-            rs_ = ado::NewRecordset();
-            rs_->Open(sql, &connection_, ado::adOpenStatic, ado::adLockReadOnly);
-        }
         else if (verb == "exec") connection_.Execute(sql);
         else if (verb == "begin") return std::to_string(connection_.BeginTrans());
         else if (verb == "commit") connection_.CommitTrans();
