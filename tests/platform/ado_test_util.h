@@ -8,6 +8,7 @@
 #include "platform/ado/ado.h"
 #include "platform/automation/basic_error.h"
 #include "tests/platform/answer_file.h"
+#include "tests/platform/typed_value.h"
 #include "tests/support/test_host.h"
 
 namespace ado_test {
@@ -57,18 +58,6 @@ inline com::ComPtr<ado::Recordset> OpenStream(ado::Connection* connection, const
     return rs;
 }
 
-// A value written as Variant::Describe writes it: Null, True, 'text', 7, 2.5,
-// #43861.5# (a date).
-inline automation::Variant ValueOf(const std::string& text) {
-    using automation::Variant;
-    if (text == "Null") return Variant::Null();
-    if (!text.empty() && text[0] == '#') return Variant::Date(std::stod(text.substr(1)));
-    if (text == "True" || text == "False") return Variant::Boolean(text == "True");
-    if (!text.empty() && text[0] == '\'') return Variant(text.substr(1, text.size() - 2));
-    if (text.find('.') != std::string::npos) return Variant(std::stod(text));
-    return Variant::Long(std::stoi(text));
-}
-
 // Drives a connection and the recordset last opened on it by steps written
 // as text, "verb|argument|...", and answers each step with text, or with
 // "E<number>" for the error it raised:
@@ -78,9 +67,9 @@ inline automation::Variant ValueOf(const std::string& text) {
 //   count, bof, eof, get|FIELD, type|FIELD (the Variant type of its value),
 //   row, errors (the connection's Errors entries) and query|SQL (the rows
 //   the connection reads, joined by commas) answer what they read;
-//   open|SQL opens an editable recordset, stream|SQL a read one (OpenStream)
-//   and static|SQL a server-side static one; begin answers the nesting level;
-//   set|FIELD|VALUE (VALUE as ValueOf reads it), update, cancel, addnew,
+//   open|SQL opens an editable recordset and stream|SQL a read one
+//   (OpenStream); begin answers the nesting level;
+//   set|FIELD|VALUE (VALUE as typed_value.h reads it), update, cancel, addnew,
 //   save, close, exec|SQL, commit, rollback, outer-begin, outer-commit,
 //   outer-rollback and disconnect (closes the connection) answer nothing; extra verbs answer what the caller's
 //   function gives for all that follows the verb and its bar.
@@ -118,10 +107,6 @@ private:
         if (extra_.count(verb)) return extra_[verb](sql);
         if (verb == "open") rs_ = OpenEditable(&connection_, sql);
         else if (verb == "stream") rs_ = OpenStream(&connection_, sql);
-        else if (verb == "static") {
-            rs_ = ado::NewRecordset();
-            rs_->Open(sql, &connection_, ado::adOpenStatic, ado::adLockReadOnly);
-        }
         else if (verb == "exec") connection_.Execute(sql);
         else if (verb == "begin") return std::to_string(connection_.BeginTrans());
         else if (verb == "commit") connection_.CommitTrans();
@@ -133,7 +118,7 @@ private:
         else if (verb == "errors") return answer_file::Join(DescribeErrors(connection_), " / ");
         else if (verb == "query") return answer_file::Join(kdvq::testing::QueryRows(&connection_, sql), ",");
         else if (!rs_) return "no recordset";
-        else if (verb == "set") rs_->Set(p[1], ValueOf(p[2]));
+        else if (verb == "set") rs_->Set(p[1], typed_value::Read(p[2]));
         else if (verb == "update") rs_->Update();
         else if (verb == "cancel") rs_->CancelUpdate();
         else if (verb == "addnew") rs_->AddNew();

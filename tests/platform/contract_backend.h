@@ -3,8 +3,6 @@
 // test: the native SQLite provider and SQLite through its ODBC driver, each
 // on a file of the test's own, and PostgreSQL through its ODBC driver on the
 // server scripts/pg-server.sh starts.
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <vector>
@@ -39,27 +37,5 @@ private:
 std::unique_ptr<Backend> MakeSqliteBackend();
 std::unique_ptr<Backend> MakePostgresOdbcBackend();
 std::unique_ptr<Backend> MakeSqliteOdbcBackend();
-
-struct BackendFactory {
-    const char* name;
-    std::unique_ptr<Backend> (*make)();
-};
-
-// A test run once per backend: it makes the backend, skips when the
-// backend cannot run here, and opens a connection.
-class BackendTest : public ::testing::TestWithParam<BackendFactory> {
-protected:
-    void SetUp() override {
-        backend_ = GetParam().make();
-        if (!backend_->SkipReason().empty()) GTEST_SKIP() << backend_->SkipReason();
-        connection_ = backend_->Connect();
-    }
-
-    std::unique_ptr<Backend> backend_;
-    com::ComPtr<ado::Connection> connection_;
-};
-
-// Names parameterised tests after their backend.
-inline std::string BackendName(const ::testing::TestParamInfo<BackendFactory>& info) { return info.param.name; }
 
 }  // namespace contract

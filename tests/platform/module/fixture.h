@@ -2,12 +2,11 @@
 // The fixture library's class and interface, and a registry file of the
 // test's own, shared by the fixture library and the runtime's tests.
 #include <stdlib.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <string>
 
 #include "platform/com/unknown.h"
+#include "tests/support/test_host.h"
 
 namespace fixture {
 
@@ -18,9 +17,6 @@ namespace fixture {
 const com::CLSID CLSID_Widget = {0x6A18E58E, 0x159D, 0x4015, {0xAF, 0xA0, 0x37, 0x73, 0xED, 0xB7, 0xE1, 0x05}};
 // {2C10C58C-457D-4BA4-AFF9-7995CC6ED00C}
 const com::IID IID_IWidget = {0x2C10C58C, 0x457D, 0x4BA4, {0xAF, 0xF9, 0x79, 0x95, 0xCC, 0x6E, 0xD0, 0x0C}};
-// {98B507E2-8748-4701-80A3-05591E3BDC74}
-const com::GUID CATID_Widgets = {0x98B507E2, 0x8748, 0x4701, {0x80, 0xA3, 0x05, 0x59, 0x1E, 0x3B, 0xDC, 0x74}};
-const char* const kWidgetProgId = "kdvqFixture.Widget";
 
 struct IWidget : com::IUnknown {
     // How often the library's thread start-up ran on the calling thread
@@ -35,10 +31,7 @@ struct IWidget : com::IUnknown {
 // object's lifetime; the previous value comes back afterwards.
 class ScopedRegistryFile {
 public:
-    ScopedRegistryFile() {
-        char pattern[] = "/tmp/kdvq-registry-XXXXXX";
-        dir_ = mkdtemp(pattern);
-        path_ = dir_ + "/sub/registry.ini";
+    ScopedRegistryFile() : path_(dir_.File("sub/registry.ini")) {
         if (const char* old = getenv("KDVQ_REGISTRY")) previous_ = old, hadPrevious_ = true;
         setenv("KDVQ_REGISTRY", path_.c_str(), 1);
     }
@@ -48,17 +41,16 @@ public:
         } else {
             unsetenv("KDVQ_REGISTRY");
         }
-        std::error_code ignored;  // leftovers in /tmp are harmless
-        std::filesystem::remove_all(dir_, ignored);
     }
     ScopedRegistryFile(const ScopedRegistryFile&) = delete;
     ScopedRegistryFile& operator=(const ScopedRegistryFile&) = delete;
 
     const std::string& Path() const { return path_; }
-    const std::string& Dir() const { return dir_; }
+    const std::string& Dir() const { return dir_.Path(); }
 
 private:
-    std::string dir_, path_, previous_;
+    kdvq::testing::TempDir dir_;
+    std::string path_, previous_;
     bool hadPrevious_ = false;
 };
 

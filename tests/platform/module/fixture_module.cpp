@@ -45,9 +45,7 @@ __attribute__((visibility("default"))) com::HRESULT DllCanUnloadNow() {
 __attribute__((visibility("default"))) com::HRESULT DllRegisterServer() {
     return com::Guard([] {
         com::Registry registry = com::Registry::Load();
-        registry.RegisterClass({fixture::CLSID_Widget, fixture::kWidgetProgId, "Widget", ThisLibrary(),
-                                {fixture::CATID_Widgets}});
-        registry.RegisterInterface(fixture::IID_IWidget, "IWidget", ThisLibrary());
+        registry.RegisterClass({fixture::CLSID_Widget, "kdvqFixture.Widget", "Widget", ThisLibrary(), {}});
         registry.Save();
     });
 }
@@ -56,7 +54,6 @@ __attribute__((visibility("default"))) com::HRESULT DllUnregisterServer() {
     return com::Guard([] {
         com::Registry registry = com::Registry::Load();
         registry.UnregisterClass(fixture::CLSID_Widget);
-        registry.UnregisterInterface(fixture::IID_IWidget);
         registry.Save();
     });
 }
