@@ -6,8 +6,8 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -17,6 +17,7 @@
 
 #include "bench/transcript_reader.h"
 #include "bench/transcript_records.h"
+#include "tests/host/memory_stream.h"
 #include "tests/support/transcript_file.h"
 
 namespace bench {
@@ -24,9 +25,8 @@ namespace {
 
 // Statement 1 stays open while 2 and 3 run; statement 4 never ends.
 std::string SampleTranscript() {
-    char* data = nullptr;
-    size_t size = 0;
-    std::FILE* memory = open_memstream(&data, &size);
+    kdhost::testing::MemoryStream stream;
+    std::FILE* memory = stream.File();
     WriteStatementRecord(memory, 0, 0, "SELECT 1", "");
     WriteRowsRecord(memory, 0, 1);
     WriteSectionRecord(memory, "Upgrader");
@@ -38,10 +38,7 @@ std::string SampleTranscript() {
     WriteRowsRecord(memory, 1, 5);
     WriteSectionRecord(memory, "");
     WriteStatementRecord(memory, 4, 0, "SELECT COUNT(*) FROM T", "");
-    std::fclose(memory);
-    std::string bytes(data, size);
-    std::free(data);
-    return bytes;
+    return stream.Text();
 }
 
 // What a reader handed on, one line per call.
@@ -58,12 +55,6 @@ std::vector<std::string> HandedOn(const std::function<void(const TranscriptHandl
 class TranscriptFollowing : public ::testing::Test {
 protected:
     void TearDown() override { std::filesystem::remove(path_); }
-
-    void WriteWhole(const std::string& bytes) {
-        std::FILE* file = std::fopen(path_.c_str(), "wb");
-        std::fwrite(bytes.data(), 1, bytes.size(), file);
-        std::fclose(file);
-    }
 
     const std::string path_ = ::testing::TempDir() + "transcript-" + std::to_string(::getpid()) + ".bin";
 };
@@ -109,7 +100,7 @@ TEST_F(TranscriptFollowing, RefusesAFinishedFileThatIsNotAWholeTranscript) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        WriteWhole(c.bytes);
+        std::ofstream(path_, std::ios::binary) << c.bytes;
         EXPECT_THROW(FollowTranscript(path_, {[](const TranscriptStatement&) {}, [](const std::string&) {}, {}},
                                       [] { return true; }),
                      std::runtime_error);

@@ -68,29 +68,24 @@ TEST_F(HostObjects, AMissingStringFailsWithItsNumber) {
 }
 
 // A typed answer the box's check refuses is told with the reason and the
-// question asked again; no answer stays no answer.
+// question asked again (an accepted second answer is in
+// terminal_question_test.cpp); no answer stays no answer.
 TEST_F(HostObjects, ATypedAnswerItsCheckRefusesIsAskedAgain) {
-    struct Typing {
-        std::vector<std::string> typed;
-        std::string answer;
+    std::vector<std::string> typed = {"O'Brien", ""};
+    std::vector<std::string> told;
+    answers_->interactive = true;
+    answers_->ask = [&](const std::string&, const std::string&, const std::string&) {
+        std::string next = typed.front();
+        typed.erase(typed.begin());
+        return next;
     };
-    for (const Typing& typing : {Typing{{"O'Brien", "REPO-1"}, "REPO-1"}, Typing{{"O'Brien", ""}, ""}}) {
-        std::vector<std::string> typed = typing.typed;
-        std::vector<std::string> told;
-        answers_->interactive = true;
-        answers_->ask = [&](const std::string&, const std::string&, const std::string&) {
-            std::string next = typed.front();
-            typed.erase(typed.begin());
-            return next;
-        };
-        answers_->checksByTitle["Other"] = [](const std::string& answer) {
-            return answer.find('\'') == std::string::npos ? "" : "no quotes in " + answer;
-        };
-        answers_->tell = [&](const std::string& reason) { told.push_back(reason); };
-        EXPECT_EQ(Ask("Other"), typing.answer);
-        EXPECT_EQ(told, std::vector<std::string>{"no quotes in O'Brien"});
-        EXPECT_TRUE(typed.empty());
-    }
+    answers_->checksByTitle["Other"] = [](const std::string& answer) {
+        return answer.find('\'') == std::string::npos ? "" : "no quotes in " + answer;
+    };
+    answers_->tell = [&](const std::string& reason) { told.push_back(reason); };
+    EXPECT_EQ(Ask("Other"), "");
+    EXPECT_EQ(told, std::vector<std::string>{"no quotes in O'Brien"});
+    EXPECT_TRUE(typed.empty());
 }
 
 struct RegistryCase {
@@ -117,7 +112,6 @@ TEST_P(RegistryValues, ComeFromTheSettingsOrTheDefault) {
 INSTANTIATE_TEST_SUITE_P(
     Cases, RegistryValues,
     ::testing::Values(
-        RegistryCase{"Set", "BulletinBoard Version", "VersionName", 8, Variant(""), Variant("9.3.1")},
         RegistryCase{"AbsentGivesTheDefault", "BulletinBoard Version", "Build", 8, Variant("none"), Variant("none")},
         RegistryCase{"AbsentWithoutDefaultIsEmptyText", "Missing", "VersionName", 8, Variant(), Variant("")},
         RegistryCase{"NumberAsLong", "Numbers", "Count", 3, Variant(), Variant::Long(42)}),

@@ -59,7 +59,6 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         ErrorCase{"ValueBeforeKey", "VersionName=1\n", "", "settings.ini:1: a value before the first [key]"},
         ErrorCase{"LineWithoutEquals", "[K]\nVersionName\n", "", "settings.ini:2: expected NAME=VALUE"},
-        ErrorCase{"OptionWithoutKey", "", "VersionName=9", "a setting is KEY/VALUENAME=VALUE, not \"VersionName=9\""},
         ErrorCase{"OptionWithoutValueName", "", "Key/=9", "a setting is KEY/VALUENAME=VALUE, not \"Key/=9\""},
         ErrorCase{"OptionWithoutEquals", "", "Key/Name", "a setting is KEY/VALUENAME=VALUE, not \"Key/Name\""},
         ErrorCase{"OptionWithEmptyKey", "", "/Name=1", "a setting is KEY/VALUENAME=VALUE, not \"/Name=1\""}),

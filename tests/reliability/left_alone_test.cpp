@@ -61,12 +61,9 @@ protected:
         return path;
     }
 
-    static Workbench* bench_;
-    static std::string* upgraded_;
+    static inline Workbench* bench_ = nullptr;
+    static inline std::string* upgraded_ = nullptr;
 };
-
-Workbench* LeftAlone::bench_ = nullptr;
-std::string* LeftAlone::upgraded_ = nullptr;
 
 struct CommandCase {
     const char* command;

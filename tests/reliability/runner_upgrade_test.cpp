@@ -1,11 +1,15 @@
-// The runner end to end on a sample of release 8.2: status, the upgrade to
-// the current release, and the --json documents of each.
+// The runner end to end on a sample of release 8.2: its plan, status, the
+// upgrade to the current release with a backup taken before the first
+// change, and the --json documents of each.
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "host/fault_injection.h"
 #include "tests/host/json_document.h"
+#include "tests/reliability/fault_trace.h"
+#include "tests/reliability/repository_snapshot.h"
 #include "tests/reliability/workbench.h"
 #include "tests/support/test_host.h"
 
@@ -24,13 +28,42 @@ std::vector<int> Versions(const Json& versions) {
     return numbers;
 }
 
-// One sample: its status, its upgrade, then the --json documents of a run
-// that finds nothing to do and of one that --refresh makes run the final
-// pass (that neither changes the file or its folder is in
+// The statements of the upgrade, as plan shows them.
+std::vector<std::string> ShownStatements(const std::vector<std::string>& lines) {
+    std::vector<std::string> shown;
+    for (const std::string& line : lines) {
+        bool heading = line.rfind("  succeeded", 0) == 0 || line.rfind("  done", 0) == 0 ||
+                       line.rfind("  System tables", 0) == 0 || line.rfind("  (", 0) == 0 ||
+                       line.rfind("    ", 0) == 0;
+        if (line.rfind("  ", 0) == 0 && !heading) shown.push_back(line);
+    }
+    return shown;
+}
+
+// One sample: its plan, its status, its upgrade, then the --json documents
+// of a run that finds nothing to do and of one that --refresh makes run the
+// final pass (that neither changes the file or its folder is in
 // left_alone_test.cpp).
 TEST(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
     Workbench bench;
     std::string path = bench.Sample("8.2", "sample.db");
+    std::string bytes = ReadWholeFile(path);
+    std::vector<std::string> args = UpgradeArgs(path);
+    args[0] = "plan";
+    RunnerResult plan = bench.Run(args);
+    ASSERT_EQ(plan.status, 0) << plan.err;
+    EXPECT_EQ(plan.err, "");
+    EXPECT_EQ(ReadWholeFile(path), bytes);
+    EXPECT_FALSE(FileExists(path + "-wal"));
+    EXPECT_FALSE(FileExists(path + ".log"));
+    std::vector<std::string> planLines = Lines(plan.out);
+    ASSERT_GE(planLines.size(), 4u);
+    EXPECT_EQ(planLines[0], "Plan for " + path + " (an upgrade of a temporary copy; the repository is not changed)");
+    EXPECT_EQ(planLines[1], "Versions now: core 1100, session 0, workflow 0, mobile 0");
+    EXPECT_EQ(planLines[planLines.size() - 2],
+              "Versions after the upgrade would be: core 4866, session 4866, workflow 5645, mobile 5129");
+    EXPECT_EQ(planLines.back(), "Plan complete: 31 upgraders would run, none would fail.");
+
     RunnerResult status = bench.Run({"status", "--db", path, "--json"});
     ASSERT_EQ(status.status, 0) << status.err;
     Json document = ParseJson(status.out);
@@ -45,10 +78,24 @@ TEST(RunnerUpgrade, SampleOfRelease82ReachesTheCurrentReleaseAndStaysThere) {
     EXPECT_EQ(document.at("upgraders").at(3).at("class").get<std::string>(), "KDVqUpgrader830");
     EXPECT_TRUE(document.at("upgraders").at(3).at("enabled").get<bool>());
 
-    RunnerResult first = bench.Run(UpgradeArgs(path));
+    Snapshot before = TakeSnapshot(path);
+    std::string backup = bench.File("backup.db");
+    args = UpgradeArgs(path);
+    args.insert(args.end(), {"--backup", backup});
+    RunnerResult first = bench.Run(args, {{kFaultTraceVariable, bench.File("upgrade.trace")}});
     ASSERT_EQ(first.status, 0) << first.err;
+    EXPECT_EQ(first.err, "");
     std::vector<std::string> lines = Lines(first.out);
     ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines.at(1), "Backup: " + backup);
+    EXPECT_EQ(IntegrityCheck(backup), "ok");
+    EXPECT_EQ(Differences(TakeSnapshot(backup), before), "-");
+    // The statements plan showed are those the upgrade then sent, in order.
+    std::vector<std::string> sent;
+    for (const TracedCall& call : ReadTrace(bench.File("upgrade.trace"))) {
+        if (call.kind == "statement") sent.push_back("  " + call.text);
+    }
+    EXPECT_EQ(ShownStatements(planLines), sent);
     EXPECT_EQ(lines[lines.size() - 3], "Versions after: core 4866, session 4866, workflow 5645, mobile 5129");
     EXPECT_EQ(lines[lines.size() - 1], "Log: " + path + ".log");
     // The input box's answer and the host setting reached the repository.
