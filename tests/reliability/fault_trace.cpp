@@ -24,4 +24,10 @@ std::vector<TracedCall> ReadTrace(const std::string& path) {
     return calls;
 }
 
+long FindCall(const std::vector<TracedCall>& calls, const std::string& kind, const std::string& text, long from) {
+    for (const TracedCall& call : calls)
+        if (call.number >= from && call.kind == kind && (text.empty() || call.text == text)) return call.number;
+    return 0;
+}
+
 }  // namespace kdhost::testing

@@ -15,4 +15,8 @@ struct TracedCall {
 
 std::vector<TracedCall> ReadTrace(const std::string& path);
 
+// The number of the first call of that kind (and text, unless empty) from
+// call number `from` on; 0 when there is none.
+long FindCall(const std::vector<TracedCall>& calls, const std::string& kind, const std::string& text, long from = 1);
+
 }  // namespace kdhost::testing

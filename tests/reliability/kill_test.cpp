@@ -56,13 +56,6 @@ TEST_P(KilledRun, AtEveryCallTheNextRunFinishesTheSameRepository) {
 
 INSTANTIATE_TEST_SUITE_P(Shards, KilledRun, ::testing::Range(0, kPointShards));
 
-// The first call of that kind and text from the nth on; 0 when none.
-long FindCall(const std::vector<TracedCall>& calls, const std::string& kind, const std::string& text, long from = 1) {
-    for (const TracedCall& call : calls)
-        if (call.number >= from && call.kind == kind && (text.empty() || call.text == text)) return call.number;
-    return 0;
-}
-
 struct SignalCase {
     const char* situation;
     int signal;

@@ -28,6 +28,7 @@ namespace kdvq::server {
 namespace {
 
 using kdhost::testing::Differing;
+using kdhost::testing::FindCall;
 using kdhost::testing::Names;
 using kdhost::testing::ReadTrace;
 using kdhost::testing::ReadWholeFile;
@@ -82,19 +83,6 @@ protected:
     testing::TempDir folder_;
 };
 
-// The number of the nth call of that kind and text; 0 when there is none.
-long NthCall(const std::vector<TracedCall>& calls, const std::string& kind, const std::string& text, int nth) {
-    for (const TracedCall& call : calls)
-        if (call.kind == kind && call.text == text && --nth == 0) return call.number;
-    return 0;
-}
-
-long FirstCommitAfter(const std::vector<TracedCall>& calls, long from) {
-    for (const TracedCall& call : calls)
-        if (call.number > from && call.kind == "upgrader commit") return call.number;
-    return 0;
-}
-
 TEST_F(InterruptedOnPostgres, KilledInsideLongStepsTheNextRunsGiveTheSameDatabase) {
     std::unique_ptr<ScratchDatabase> reference = Sample();
     std::string trace = folder_.File("reference.trace");
@@ -103,12 +91,16 @@ TEST_F(InterruptedOnPostgres, KilledInsideLongStepsTheNextRunsGiveTheSameDatabas
     const DatabaseState expected = StateOf(*reference);
     const std::vector<TracedCall> calls = ReadTrace(trace);
 
-    // Row writes name the table as the server spells it.
-    long historyMove = NthCall(calls, "row insert", "kd_vq_history", 3);
+    // Row writes name the table as the server spells it. A point inside a
+    // move lies a row or two past the move's first insert.
+    auto insideMove = [&](const std::string& table, long rowsIn) {
+        return FindCall(calls, "row insert", table, FindCall(calls, "row insert", table) + rowsIn);
+    };
+    long historyMove = insideMove("kd_vq_history", 2);
     const std::vector<std::pair<const char*, long>> points = {
         {"inside session 9.0.2's move of the session log into the history", historyMove},
-        {"just before session 9.0.2's work is committed", FirstCommitAfter(calls, historyMove)},
-        {"inside mobile 8.3.2's move of the packet ids", NthCall(calls, "row insert", "kd_mobile_state", 2)},
+        {"just before session 9.0.2's work is committed", FindCall(calls, "upgrader commit", "", historyMove)},
+        {"inside mobile 8.3.2's move of the packet ids", insideMove("kd_mobile_state", 1)},
     };
     for (const auto& [situation, n] : points) {
         SCOPED_TRACE(std::string(situation) + ", call " + std::to_string(n));
