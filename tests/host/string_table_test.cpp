@@ -10,38 +10,21 @@
 
 #include "host/resource_files.h"
 #include "host/string_table.h"
+#include "tests/support/answer_file.h"
 
 namespace kdhost::testing {
 namespace {
 
-struct SubstituteCase {
-    std::string name;
-    std::string text;
-    std::vector<std::string> values;
-    std::string expected;
-};
-
-void PrintTo(const SubstituteCase& value, std::ostream* out) { *out << value.name; }
-
-class StringSubstitution : public ::testing::TestWithParam<SubstituteCase> {};
-
-TEST_P(StringSubstitution, PutsTheValuesInForTheMarkers) {
-    EXPECT_EQ(StringTable::Substitute(GetParam().text, GetParam().values), GetParam().expected);
+// The cases are in transcripts/string_table_test/substitution.txt, one a
+// line: the text, then its values each after " | ".
+TEST(StringSubstitution, PutsTheValuesInForTheMarkers) {
+    answer_file::ExpectAnswers("substitution", [](const std::string& input) {
+        std::vector<std::string> values = answer_file::Split(input, " | ");
+        const std::string text = values.front();
+        values.erase(values.begin());
+        return StringTable::Substitute(text, values);
+    });
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, StringSubstitution,
-    ::testing::Values(
-        SubstituteCase{"InOrder", "Adding column %1 to table %2", {"HIDDEN", "KD_WMS_DESIGN"},
-                       "Adding column HIDDEN to table KD_WMS_DESIGN"},
-        SubstituteCase{"OutOfOrderAndRepeated", "%2 (%1), %2", {"a", "b"}, "b (a), b"},
-        SubstituteCase{"MissingValueIsEmpty", "Creating table %1.", {}, "Creating table ."},
-        SubstituteCase{"PercentSign", "100%% done", {}, "100% done"},
-        SubstituteCase{"LonePercentSigns", "% and %x and %", {"v"}, "% and %x and %"},
-        SubstituteCase{"TwoDigitMarker", "%10|%1", {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}, "j|a"},
-        SubstituteCase{"HugeMarker", "%99999999999999999999999", {"a"}, ""},
-        SubstituteCase{"ValueWithMarkerIsNotExpandedAgain", "%1", {"%1"}, "%1"}),
-    [](const ::testing::TestParamInfo<SubstituteCase>& info) { return info.param.name; });
 
 struct ParseErrorCase {
     std::string name;

@@ -7,7 +7,7 @@
 #include <fstream>
 
 #include "tests/platform/ado_test_util.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 #include "tests/support/test_host.h"
 
 namespace {

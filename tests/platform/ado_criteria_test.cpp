@@ -9,7 +9,7 @@
 #include "platform/ado/column_index.h"
 #include "platform/ado/criteria.h"
 #include "tests/platform/ado_test_util.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 #include "tests/platform/typed_value.h"
 
 namespace {

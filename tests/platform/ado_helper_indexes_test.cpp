@@ -9,7 +9,7 @@
 
 #include "platform/ado/sqlite/helper_index_rule.h"
 #include "tests/platform/ado_test_util.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 #include "tests/support/test_host.h"
 
 namespace {

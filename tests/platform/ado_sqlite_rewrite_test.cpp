@@ -4,7 +4,7 @@
 
 #include "platform/ado/sqlite/sql_rewrite.h"
 #include "tests/platform/ado_test_util.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 #include "tests/support/test_host.h"
 
 namespace {

@@ -7,7 +7,7 @@
 
 #include "platform/ado/ado.h"
 #include "platform/automation/basic_error.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 #include "tests/platform/typed_value.h"
 #include "tests/support/test_host.h"
 

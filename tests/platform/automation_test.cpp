@@ -7,7 +7,7 @@
 #include "platform/automation/collection.h"
 #include "platform/automation/dictionary.h"
 #include "platform/automation/variant.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 #include "tests/platform/module/error_text.h"
 #include "tests/platform/typed_value.h"
 

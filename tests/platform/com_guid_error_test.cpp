@@ -5,7 +5,7 @@
 
 #include "platform/com/error_info.h"
 #include "platform/com/guid.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 
 namespace com {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "platform/automation/basic_error.h"
 #include "platform/com/runtime.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 #include "tests/platform/module/error_text.h"
 #include "tests/platform/module/fixture.h"
 #include "tests/support/transcript_file.h"

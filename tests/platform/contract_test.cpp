@@ -8,7 +8,7 @@
 #include <cctype>
 
 #include "tests/platform/ado_test_util.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 #include "tests/platform/contract_backend.h"
 #include "tests/platform/module/error_text.h"
 #include "tests/support/test_host.h"

@@ -8,7 +8,7 @@
 #include <regex>
 
 #include "tests/platform/ado_test_util.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 
 #include <cstdio>
 
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 
 namespace ado::odbc {
 namespace {

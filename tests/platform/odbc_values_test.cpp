@@ -7,7 +7,7 @@
 
 #include "platform/automation/basic_date.h"
 #include "tests/platform/ado_test_util.h"
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 #include "tests/platform/contract_backend.h"
 
 namespace contract {

@@ -1,5 +1,5 @@
 // Answering the cases of a reviewed file (see answer_file.h).
-#include "tests/platform/answer_file.h"
+#include "tests/support/answer_file.h"
 
 #include <gtest/gtest.h>
 
