@@ -36,33 +36,29 @@ struct ErrorCase {
     std::string message;
 };
 
-void PrintTo(const ErrorCase& value, std::ostream* out) { *out << value.name; }
-
-class SettingsErrors : public ::testing::TestWithParam<ErrorCase> {};
-
-TEST_P(SettingsErrors, SayWhatIsWrong) {
-    Settings settings;
-    try {
-        if (!GetParam().fileText.empty()) {
-            settings.LoadText(GetParam().fileText, "settings.ini");
-        } else {
-            settings.ApplyOption(GetParam().option);
+TEST(SettingsErrors, SayWhatIsWrong) {
+    const ErrorCase cases[] = {
+        {"ValueBeforeKey", "VersionName=1\n", "", "settings.ini:1: a value before the first [key]"},
+        {"LineWithoutEquals", "[K]\nVersionName\n", "", "settings.ini:2: expected NAME=VALUE"},
+        {"OptionWithoutValueName", "", "Key/=9", "a setting is KEY/VALUENAME=VALUE, not \"Key/=9\""},
+        {"OptionWithoutEquals", "", "Key/Name", "a setting is KEY/VALUENAME=VALUE, not \"Key/Name\""},
+        {"OptionWithEmptyKey", "", "/Name=1", "a setting is KEY/VALUENAME=VALUE, not \"/Name=1\""},
+    };
+    for (const ErrorCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        Settings settings;
+        try {
+            if (!c.fileText.empty()) {
+                settings.LoadText(c.fileText, "settings.ini");
+            } else {
+                settings.ApplyOption(c.option);
+            }
+            ADD_FAILURE() << "no error";
+        } catch (const std::exception& e) {
+            EXPECT_EQ(std::string(e.what()), c.message);
         }
-        FAIL() << "no error";
-    } catch (const std::exception& e) {
-        EXPECT_EQ(std::string(e.what()), GetParam().message);
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, SettingsErrors,
-    ::testing::Values(
-        ErrorCase{"ValueBeforeKey", "VersionName=1\n", "", "settings.ini:1: a value before the first [key]"},
-        ErrorCase{"LineWithoutEquals", "[K]\nVersionName\n", "", "settings.ini:2: expected NAME=VALUE"},
-        ErrorCase{"OptionWithoutValueName", "", "Key/=9", "a setting is KEY/VALUENAME=VALUE, not \"Key/=9\""},
-        ErrorCase{"OptionWithoutEquals", "", "Key/Name", "a setting is KEY/VALUENAME=VALUE, not \"Key/Name\""},
-        ErrorCase{"OptionWithEmptyKey", "", "/Name=1", "a setting is KEY/VALUENAME=VALUE, not \"/Name=1\""}),
-    [](const ::testing::TestParamInfo<ErrorCase>& info) { return info.param.name; });
 
 }  // namespace
 }  // namespace kdhost::testing

@@ -8,31 +8,21 @@
 #include "tests/host/case_transcript.h"
 #include "host/status_report.h"
 #include "host/upgrader_releases.h"
+#include "tests/support/answer_file.h"
 
 namespace kdhost::testing {
 namespace {
 
-struct ReleaseCase {
-    size_t part;
-    int32_t version;
-    std::string release;
-};
-
-void PrintTo(const ReleaseCase& value, std::ostream* out) { *out << value.part << " " << value.version; }
-
-class VersionRelease : public ::testing::TestWithParam<ReleaseCase> {};
-
-TEST_P(VersionRelease, NamesTheReleaseANumberStandsFor) {
-    EXPECT_EQ(ReleaseOfVersion(GetParam().part, GetParam().version), GetParam().release);
+// The cases are in transcripts/status_report_test/releases.txt, one a
+// line: the part's index and a version number. The same number means
+// another release in another part. Absent, before-the-first, newer and
+// current numbers: see the runner's status runs.
+TEST(VersionRelease, NamesTheReleaseANumberStandsFor) {
+    answer_file::ExpectAnswers("releases", [](const std::string& input) {
+        const std::vector<std::string> fields = answer_file::Split(input, " ");
+        return ReleaseOfVersion(std::stoul(fields[0]), std::stoi(fields[1]));
+    });
 }
-
-// Absent, before-the-first, newer and current numbers: see the runner's status runs.
-INSTANTIATE_TEST_SUITE_P(Numbers, VersionRelease,
-                         ::testing::Values(ReleaseCase{0, 2703, "9.0.1 SP1"},
-                                           // The same number means another release in another part.
-                                           ReleaseCase{2, 2408, "8.3.3"}, ReleaseCase{3, 2408, "9.0.1"},
-                                           ReleaseCase{2, 5645, "9.3.1"}, ReleaseCase{1, 4511, "9.2.1"},
-                                           ReleaseCase{3, 1, "before 8.3.2"}, ReleaseCase{0, 3000, "after 9.0.2"}));
 
 const std::vector<EnabledAnswer> kAlwaysRun = {{"KDHideVqTables", true, ""}, {"KDCreateTableIndices", true, ""}};
 
