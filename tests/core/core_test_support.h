@@ -18,4 +18,12 @@ inline Script CoreRepository(int32_t version, std::vector<std::string> present =
     };
 }
 
+// A repository at version where every other query answers, with no rows.
+inline Script CompleteCoreRepository(int32_t version) {
+    return [=](ado::ScriptedProvider& p) {
+        CoreRepository(version)(p);
+        p.SetUnknownQueriesSucceed(true);
+    };
+}
+
 }  // namespace kdvq::testing

@@ -4,10 +4,7 @@ namespace kdvq::testing {
 namespace {
 
 const Script Fresh = CoreRepository(1100);
-void Complete(ado::ScriptedProvider& p) {
-    Fresh(p);
-    p.SetUnknownQueriesSucceed(true);
-}
+const Script Complete = CompleteCoreRepository(1100);
 
 TEST(KDVqUpgrader830, ScriptedSituations) {
     const std::vector<Situation> cases = {
@@ -22,13 +19,11 @@ TEST(KDVqUpgrader830, ScriptedSituations) {
          },
          "True", "", 1100},
         {"oracle, a failed create: no sequence row, no 603, columns still added, no version", kOracle,
-         [](ado::ScriptedProvider& p) {
-             Fresh(p);
-             p.FailExecute("Create table KD_VQ_TASKS (TASK_ID NUMBER(38), NAME VARCHAR2(64), DESCRIPTION "
-                           "VARCHAR2(128), TRANSITION_ID NUMBER(38), NODE_TYPE_ID NUMBER(38), DISPLAY_ORDER "
-                           "NUMBER(38), VISIBLE NUMBER(38))",
-                           {942});
-         },
+         CoreRepository(1100, {},
+                        "Create table KD_VQ_TASKS (TASK_ID NUMBER(38), NAME VARCHAR2(64), DESCRIPTION "
+                        "VARCHAR2(128), TRANSITION_ID NUMBER(38), NODE_TYPE_ID NUMBER(38), DISPLAY_ORDER "
+                        "NUMBER(38), VISIBLE NUMBER(38))",
+                        942),
          "False", "", 1100},
     };
     ExpectSituations(New_KDVqUpgrader830, cases);

@@ -35,11 +35,7 @@ TEST(KDVqUpgrader833, ScriptedSituations) {
          },
          "True", "", 1700},
         {"sql server, no extensions and no node types", kSqlServer,
-         [](ado::ScriptedProvider& p) {
-             p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{1601}}));
-             p.SetUnknownQueriesSucceed(true);
-         },
-         "True", "", 1601},
+         CompleteCoreRepository(1601), "True", "", 1601},
         {"oracle, the failed ID column is forgotten once the node types are linked", kOracle,
          [](ado::ScriptedProvider& p) {
              Repository(p);

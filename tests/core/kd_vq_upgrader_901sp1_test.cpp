@@ -56,11 +56,7 @@ TEST(KDVqUpgrader901sp1, ScriptedSituations) {
         {"oracle, columns missing", kOracle, [&](auto& p) { Repository(p, plain); }, "True", "", 1926},
         {"sql server with a table prefix", kSqlServer, [&](auto& p) { Repository(p, prefixed); }, "True", "ORV_", 2702},
         {"oracle, empty transitions and roles, columns present", kOracle,
-         [](auto& p) {
-             p.SetUnknownQueriesSucceed(true);
-             p.AnswerQuery("select VERSION from KD_VQ_DB_VERSION", Table({"VERSION"}, {{1926}}));
-         },
-         "True", "", 1926},
+         CompleteCoreRepository(1926), "True", "", 1926},
         {"sql server, a failing pass query: the role run answers false", kSqlServer,
          [&](auto& p) {
              Repository(p, plain);

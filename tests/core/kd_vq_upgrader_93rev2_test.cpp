@@ -10,11 +10,7 @@ TEST(KDVqUpgrader93rev2, ScriptedSituations) {
         {"oracle, no keys yet", kOracle, VersionRow, "True", "", 4039},
         {"sql server, no keys yet", kSqlServer, VersionRow, "True", "", 4865},
         {"sql server, duplicate ids stop the keys", kSqlServer,
-         [](auto& p) {
-             VersionRow(p);
-             p.FailExecute("ALTER TABLE KD_VQ_ROLE ADD PRIMARY KEY (ROLE_ID)", {1505});
-         },
-         "False", "", 4039},
+         CoreRepository(4039, {}, "ALTER TABLE KD_VQ_ROLE ADD PRIMARY KEY (ROLE_ID)", 1505), "False", "", 4039},
     };
     ExpectSituations(New_KDVqUpgrader93rev2, cases);
 }

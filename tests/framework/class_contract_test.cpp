@@ -6,10 +6,7 @@
 
 #include <algorithm>
 #include <set>
-#include <type_traits>
 
-#include "core/kd_create_table_indices.h"
-#include "core/kd_vq_upgrader_830.h"
 #include "library/class_table.h"
 #include "platform/automation/basic_error.h"
 #include "platform/automation/collection.h"
@@ -65,14 +62,6 @@ const ClassRow kClasses[] = {
     {"kdUpgradeWFM93rev2", 298, Res(297), "KDUpgradeWFM902"},
     {"kdUpgradeWFM931", 302, Res(301), "kdUpgradeWFM931"},
 };
-
-// The earlier contract's member: every class but the index class has it.
-template <class T, class = void>
-struct HasTablesToUpgrade : std::false_type {};
-template <class T>
-struct HasTablesToUpgrade<T, std::void_t<decltype(std::declval<T&>().TablesToUpgrade())>> : std::true_type {};
-static_assert(HasTablesToUpgrade<KDVqUpgrader830>::value);
-static_assert(!HasTablesToUpgrade<KDCreateTableIndices>::value);
 
 UpgraderPtr (*Creator(const std::string& name))() {
     for (const UpgraderClass& c : UpgraderClasses()) {

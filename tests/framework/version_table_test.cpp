@@ -25,7 +25,6 @@ struct SetVersionCase {
 // situation) are seen in the upgraders' transcripts.
 TEST(SetDBVersion, OnlyEverRaisesTheNumber) {
     const std::vector<SetVersionCase> cases = {
-        {"equal number keeps it", VersionTable("KD_VQ_DB_VERSION", {1206}), true, {"1206"}},
         {"higher number replaces it", VersionTable("KD_VQ_DB_VERSION", {1000}), true, {"1206"}},
         {"empty table gets one row", VersionTable("KD_VQ_DB_VERSION", {}), true, {"1206"}},
         {"only the first row counts", VersionTable("KD_VQ_DB_VERSION", {1000, 3000}), true, {"1206", "3000"}},

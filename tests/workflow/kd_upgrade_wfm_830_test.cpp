@@ -19,8 +19,8 @@ void WithoutVersionTable(ado::ScriptedProvider& p) {
 }
 
 // Every table and column there, workflow version 1200.
-void Complete(ado::ScriptedProvider& p) {
-    WorkflowRepository(p, 1200);
+void Complete(ado::ScriptedProvider& p, const std::string& prefix = "") {
+    WorkflowRepository(p, 1200, prefix);
     p.SetUnknownQueriesSucceed(true);
 }
 
@@ -56,11 +56,7 @@ TEST(KDUpgradeWFM830, ScriptedSituations) {
          },
          "False"},
         {"oracle with a table prefix: only the version tables and the copy carry it", kOracle,
-         [](auto& p) {
-             WorkflowRepository(p, 1200, "WF_");
-             p.SetUnknownQueriesSucceed(true);
-         },
-         "True", "WF_"},
+         [](auto& p) { Complete(p, "WF_"); }, "True", "WF_"},
     };
     for (const Dialect& d : kDialects) {
         table.push_back({d.Name() + ", fresh workflow tables", d.Provider(), WithoutVersionTable, "True"});

@@ -5,10 +5,11 @@
 namespace kdvq::testing {
 namespace {
 
-// Workflow version 1206, the design tables there; the core version table
-// holds the repository's id.
+// Workflow version 1206, the design tables there, every other table and
+// column too; the core version table holds the repository's id.
 void Repository(ado::ScriptedProvider& p, const Variant& databaseId, const std::string& prefix = "") {
     WorkflowRepository(p, 1206, prefix);
+    p.SetUnknownQueriesSucceed(true);
     p.AnswerQuery("SELECT * FROM " + prefix + "KD_WMS_DESIGN", {});
     p.AnswerQuery("SELECT * FROM " + prefix + "KD_WMS_WORK_REQUEST", {});
     p.AnswerQuery("select DATABASE_ID from " + prefix + "KD_VQ_DB_VERSION", Rows("DATABASE_ID", {databaseId}));
@@ -29,29 +30,22 @@ void FreshColumns(ado::ScriptedProvider& p) {
 TEST(KDUpgradeWFM832, ScriptedSituations) {
     std::vector<Situation> table = {
         {"sql server with a prefix: only the id copy names the prefixed tables", kSqlServer,
-         [](auto& p) {
-             Repository(p, "R1", "P_");
-             p.SetUnknownQueriesSucceed(true);
-         },
-         "True", "P_"},
+         [](auto& p) { Repository(p, "R1", "P_"); }, "True", "P_"},
         {"oracle, no DATABASE_ID in the core version table: designs untouched", kOracle,
          [](auto& p) {
              Repository(p, "unused");
-             p.SetUnknownQueriesSucceed(true);
              p.FailQuery("select DATABASE_ID from KD_VQ_DB_VERSION");
          },
          "True"},
         {"oracle, no row in the core version table: designs untouched", kOracle,
          [](auto& p) {
              Repository(p, "unused");
-             p.SetUnknownQueriesSucceed(true);
              p.AnswerQuery("SELECT * FROM KD_VQ_DB_VERSION", Table({"VERSION", "DATABASE_ID"}));
          },
          "True"},
         {"sql server, a failed column: later steps still run, no version", kSqlServer,
          [](auto& p) {
              Repository(p, Variant::Null());
-             p.SetUnknownQueriesSucceed(true);
              p.FailQuery("select WORKSPACE_DB_PROPERTIES from KD_WMS_DESIGN");
              p.FailQuery("select UNIQUE_ID from KD_WMS_WORK_REQUEST");
              p.FailExecute("Alter table KD_WMS_DESIGN add WORKSPACE_DB_PROPERTIES VARCHAR(255)", {4902});
