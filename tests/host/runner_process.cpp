@@ -89,11 +89,4 @@ std::vector<std::string> Lines(const std::string& text) {
     return lines;
 }
 
-std::string ReplaceAll(std::string text, const std::string& what, const std::string& with) {
-    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size())) {
-        text.replace(at, what.size(), with);
-    }
-    return text;
-}
-
 }  // namespace kdhost::testing

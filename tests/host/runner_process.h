@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/transcript_file.h"
+
 namespace kdhost::testing {
 
 struct RunnerResult {
@@ -44,7 +46,6 @@ void WriteWholeFile(const std::string& path, const std::string& text);
 bool FileExists(const std::string& path);
 // The lines of a text (without line ends).
 std::vector<std::string> Lines(const std::string& text);
-// The text with every occurrence of what (not empty) replaced by with.
-std::string ReplaceAll(std::string text, const std::string& what, const std::string& with);
+using kdvq::testing::ReplaceAll;
 
 }  // namespace kdhost::testing

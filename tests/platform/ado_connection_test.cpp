@@ -40,13 +40,13 @@ TEST(AdoConnection, AnswersScripts) {
             *cn, {},
             {{"connect",
               [&](const std::string& text) {
-                  cn->Open(ado_test::Replaced(text, "%D", dir.Path()));
+                  cn->Open(kdvq::testing::ReplaceAll(text, "%D", dir.Path()));
                   return "";
               }},
              {"state", [&](auto&) { return std::to_string(cn->State()); }},
              {"files", [&](auto&) { return Files(dir); }}});
         const std::string answers = script.Run(answer_file::Split(input.substr(input.find("; ") + 2), " / "));
-        return ado_test::Replaced(answers, dir.Path(), "%D");
+        return kdvq::testing::ReplaceAll(answers, dir.Path(), "%D");
     });
 }
 

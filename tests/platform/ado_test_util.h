@@ -10,6 +10,7 @@
 #include "tests/support/answer_file.h"
 #include "tests/platform/typed_value.h"
 #include "tests/support/test_host.h"
+#include "tests/support/transcript_file.h"
 
 namespace ado_test {
 
@@ -33,13 +34,6 @@ inline std::vector<std::string> DescribeErrors(const ado::Connection& connection
                         e.description + "|" + e.source);
     }
     return lines;
-}
-
-// The text with every occurrence of from replaced by to.
-inline std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-    for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-        text.replace(at, from.size(), to);
-    return text;
 }
 
 // Client-side keyset optimistic, as edit recordsets are opened.

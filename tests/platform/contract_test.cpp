@@ -21,7 +21,7 @@ using Steps = std::vector<std::string>;
 
 // Steps with %T standing for the table.
 Steps WithTable(Steps steps, const std::string& table) {
-    for (std::string& step : steps) step = ado_test::Replaced(step, "%T", table);
+    for (std::string& step : steps) step = kdvq::testing::ReplaceAll(step, "%T", table);
     return steps;
 }
 
@@ -113,7 +113,7 @@ std::string Generalised(std::string answer, const std::string& table) {
     std::string lower = table;
     for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     const std::pair<std::string, std::string> marks[] = {{table, "%T"}, {lower, "%t"}, {"\n", "\\n"}};
-    for (const auto& [name, mark] : marks) answer = ado_test::Replaced(answer, name, mark);
+    for (const auto& [name, mark] : marks) answer = kdvq::testing::ReplaceAll(answer, name, mark);
     return answer;
 }
 

@@ -32,14 +32,14 @@ TEST(OdbcConnect, FailuresCarryTheDriversRecords) {
         if (situation == std::string("on the server") && (server.empty() || role.empty())) continue;
         answer_file::ExpectAnswers(situation, [&](const std::string& input) {
             std::string connectionString = input.substr(input.find("; ") + 2);
-            for (const auto& [mark, value] : marks) connectionString = ado_test::Replaced(connectionString, mark, value);
+            for (const auto& [mark, value] : marks) connectionString = kdvq::testing::ReplaceAll(connectionString, mark, value);
             com::ComPtr<ado::Connection> connection = ado::NewConnection();
             std::string answer = std::to_string(ado_test::ErrorOf([&] { connection->Open("odbc:" + connectionString); }));
             answer += " " + answer_file::Join(ado_test::DescribeErrors(*connection), " / ");
             answer += " " + std::to_string(connection->State());
             for (const auto& [mark, value] : marks)
-                if (!value.empty()) answer = ado_test::Replaced(answer, value, mark);
-            return ado_test::Replaced(answer, "\n", "\\n");
+                if (!value.empty()) answer = kdvq::testing::ReplaceAll(answer, value, mark);
+            return kdvq::testing::ReplaceAll(answer, "\n", "\\n");
         });
     }
 }

@@ -68,7 +68,9 @@ std::vector<std::string> FolderContents(const std::string& folder) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
         std::string name = entry.path().lexically_relative(folder).string();
         // A file overwritten in place keeps its name: its bytes tell.
-        if (entry.is_regular_file()) name += " " + std::to_string(std::hash<std::string>{}(ReadWholeFile(entry.path())));
+        if (entry.is_regular_file()) {
+            name += " " + std::to_string(std::hash<std::string>{}(ReadWholeFile(entry.path())));
+        }
         names.push_back(name);
     }
     std::sort(names.begin(), names.end());

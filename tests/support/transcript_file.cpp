@@ -68,4 +68,11 @@ void ExpectTranscript(const std::string& situation, const std::vector<std::strin
     EXPECT_EQ(expected.str(), Text(actual)) << "transcript " << path;
 }
 
+std::string ReplaceAll(std::string text, const std::string& what, const std::string& with) {
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size())) {
+        text.replace(at, what.size(), with);
+    }
+    return text;
+}
+
 }  // namespace kdvq::testing

@@ -18,4 +18,9 @@ std::string TranscriptPath(const std::string& testFile, const std::string& situa
 void ExpectTranscript(const std::string& situation, const std::vector<std::string>& actual,
                       const char* testFile = __builtin_FILE());
 
+// The text with every occurrence of what (not empty) replaced by with: how
+// a run's paths and other machine-bound texts become the marks its
+// transcript is written with, and back.
+std::string ReplaceAll(std::string text, const std::string& what, const std::string& with);
+
 }  // namespace kdvq::testing
