@@ -1,7 +1,6 @@
 // A second run while the first holds the repository. What is refused
 // before anything changes is in refused_input_test.cpp.
 #include <signal.h>
-#include <stdlib.h>
 #include <sys/wait.h>
 
 #include <string>
@@ -19,12 +18,8 @@ TEST(SecondRun, IsRefusedAtOnceWhileTheFirstHoldsTheRepository) {
     std::string path = bench.Sample("8.2", "repository.db");
     // The first run stops itself just before its first call to the
     // repository, which it holds from before it opens it.
-    ::setenv(kKillAtVariable, "1", 1);
-    ::setenv(kKillSignalVariable, std::to_string(SIGSTOP).c_str(), 1);
-    pid_t first = StartRunner(UpgradeArgs(path), {bench.Folder(), false}, bench.File("first.out"),
-                              bench.File("first.err"));
-    ::unsetenv(kKillAtVariable);
-    ::unsetenv(kKillSignalVariable);
+    pid_t first = bench.Start(UpgradeArgs(path),
+                              {{kKillAtVariable, "1"}, {kKillSignalVariable, std::to_string(SIGSTOP)}}, "first");
     int status = 0;
     ASSERT_EQ(::waitpid(first, &status, WUNTRACED), first);
     ASSERT_TRUE(WIFSTOPPED(status)) << ExitStatus(status);

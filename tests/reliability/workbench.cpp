@@ -25,6 +25,16 @@ std::string NewFolder(bool inMemory) {
     return pattern;
 }
 
+// What start answers, with the variables set in the test's environment
+// for the runner to inherit, and taken away again.
+template <class Start>
+auto WithEnvironment(const std::map<std::string, std::string>& environment, Start start) {
+    for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
+    auto answer = start();
+    for (const auto& entry : environment) ::unsetenv(entry.first.c_str());
+    return answer;
+}
+
 }  // namespace
 
 Workbench::Workbench(bool inMemory) : folder_(NewFolder(inMemory)) {}
@@ -36,10 +46,13 @@ Workbench::~Workbench() {
 
 RunnerResult Workbench::Run(const std::vector<std::string>& args,
                             const std::map<std::string, std::string>& environment, bool asUnprivilegedUser) {
-    for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
-    RunnerResult result = RunRunner(args, {folder_, asUnprivilegedUser});
-    for (const auto& entry : environment) ::unsetenv(entry.first.c_str());
-    return result;
+    return WithEnvironment(environment, [&] { return RunRunner(args, {folder_, asUnprivilegedUser}); });
+}
+
+pid_t Workbench::Start(const std::vector<std::string>& args, const std::map<std::string, std::string>& environment,
+                       const std::string& name) {
+    return WithEnvironment(environment,
+                           [&] { return StartRunner(args, {folder_, false}, File(name + ".out"), File(name + ".err")); });
 }
 
 std::string Workbench::Sample(const std::string& release, const std::string& name) {

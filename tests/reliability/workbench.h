@@ -26,6 +26,10 @@ public:
 
     RunnerResult Run(const std::vector<std::string>& args, const std::map<std::string, std::string>& environment = {},
                      bool asUnprivilegedUser = false);
+    // Starts the runner in the background with its output in name.out and
+    // name.err in the folder; the child's process id.
+    pid_t Start(const std::vector<std::string>& args, const std::map<std::string, std::string>& environment,
+                const std::string& name);
     // A new sample of the release in the folder; the file's path.
     std::string Sample(const std::string& release, const std::string& name);
 
