@@ -65,8 +65,9 @@ inline com::ComPtr<ado::Recordset> OpenStream(ado::Connection* connection, const
 //   (OpenStream); begin answers the nesting level;
 //   set|FIELD|VALUE (VALUE as typed_value.h reads it), update, cancel, addnew,
 //   save, close, exec|SQL, commit, rollback, outer-begin, outer-commit,
-//   outer-rollback and disconnect (closes the connection) answer nothing; extra verbs answer what the caller's
-//   function gives for all that follows the verb and its bar.
+//   outer-rollback and disconnect (closes the connection) answer nothing;
+//   extra verbs answer what the caller's function gives for all that
+//   follows the verb and its bar.
 class Script {
 public:
     using Extra = std::map<std::string, std::function<std::string(const std::string& argument)>>;
@@ -90,11 +91,7 @@ public:
 
 private:
     std::string Apply(const std::string& step) {
-        std::vector<std::string> p;
-        for (size_t from = 0, bar = 0; bar != std::string::npos; from = bar + 1) {
-            bar = step.find('|', from);
-            p.push_back(step.substr(from, bar == std::string::npos ? bar : bar - from));
-        }
+        const std::vector<std::string> p = answer_file::Split(step, "|");
         const std::string& verb = p[0];
         // SQL may hold bars of its own: it is all that follows the verb.
         const std::string sql = p.size() > 1 ? step.substr(verb.size() + 1) : "";
